@@ -1,0 +1,27 @@
+// The root of all objects. The host owns every wrapper that it hands out, one for each live tag.
+#ifndef UG_OBJECT_HXX_INCLUDED
+#define UG_OBJECT_HXX_INCLUDED
+
+#include "uf_defs.h"
+
+class DllExport UgObject {
+public:
+    // Null for NULL_TAG and for an unknown or dead tag.
+    static UgObject *find(tag_t tag);
+
+    tag_t getTag() const { return m_tag; }
+    bool isAlive() const;
+
+protected:
+    UgObject() = default;
+    virtual ~UgObject();
+    void setTag(tag_t tag) { m_tag = tag; }
+
+private:
+    friend class UgWrapperTable;
+    UgObject(const UgObject &) = delete;
+    UgObject &operator=(const UgObject &) = delete;
+    tag_t m_tag = NULL_TAG;
+};
+
+#endif
