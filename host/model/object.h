@@ -36,6 +36,7 @@ struct Appearance {
     int lineFont = 1;
     int lineWidth = 0;
     bool blanked = false;
+    bool operator==(const Appearance &) const = default;
 };
 
 // How a text looks. Lengths in sheet units, the angle in degrees.
@@ -50,6 +51,7 @@ struct Lettering {
     int color = 7;
     int font = 1;  // index in the part's font table
     int width = 0; // pen
+    bool operator==(const Lettering &) const = default;
 };
 
 struct Link {
@@ -77,21 +79,25 @@ struct Point {
 struct Line {
     Vec3 start;
     Vec3 end;
+    bool operator==(const Line &) const = default;
 };
 struct Arc { // counter-clockwise; a full circle has end = start + 360
     Vec3 centre;
     double radius = 0.0;
     double startAngle = 0.0; // degrees
     double endAngle = 0.0;
+    bool operator==(const Arc &) const = default;
 };
 struct Area { // filled by the even-odd rule
     std::vector<std::vector<Vec3>> outlines;
+    bool operator==(const Area &) const = default;
 };
 
 // Preferences that only the numbered arrays know: index to value, where it differs from 0.
 struct NumberedPreferences {
     std::map<int, int> ints;
     std::map<int, double> reals;
+    bool operator==(const NumberedPreferences &) const = default;
 };
 
 struct Note {
@@ -103,6 +109,7 @@ struct Note {
     double userSymbolLength = 0.0;
     double userSymbolHeight = 0.0;
     NumberedPreferences other;
+    bool operator==(const Note &) const = default;
 };
 
 struct IdSymbol {
@@ -123,6 +130,7 @@ struct IdSymbol {
 struct PatternShape {
     Appearance appearance;
     std::variant<Line, Arc, Area, Note> geometry;
+    bool operator==(const PatternShape &) const = default;
 };
 
 // The geometry of a master part as it was when a pattern was retrieved; shared by all patterns of
@@ -132,6 +140,7 @@ struct PatternMaster {
     int units = 1;             // 1 mm, 2 inches
     std::vector<std::string> fonts; // font table of the master, index 1 first
     std::vector<PatternShape> shapes;
+    bool operator==(const PatternMaster &) const = default;
 };
 
 struct Pattern {
