@@ -23,6 +23,7 @@ extern "C" {
 #define UF_err_link_cycle 1105070
 #define UF_err_no_such_link 1105071
 #define UF_err_already_owned 1105072
+#define UF_err_other_part 1105073 /* links and owning links stay within a part */
 #define UF_err_attribute_missing 1105080
 #define UF_err_attribute_exists 1105081
 #define UF_err_no_work_part 1105090

@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -214,7 +215,16 @@ struct Part {
     std::map<std::size_t, Ordered> byKind; // by index of the body's alternative
     std::map<ClassId, Ordered> udosByClass;
     std::map<Tag, Ordered> byView; // dependent objects
+    std::map<std::string, Ordered, std::less<>> byName; // named objects
 };
+
+// Type and subtype as uf_object_types.h numbers them.
+struct TypeNumbers {
+    int type = 0;
+    int subtype = 0;
+};
+TypeNumbers typeOf(const Object &object);
+std::string_view kindName(const Object &object); // one word for people: "note", "sheet"
 
 // Millimetres or inches: width and height of a sheet.
 struct SheetSize {

@@ -72,7 +72,8 @@ public:
     // into the record of changes.
     void changing(Object &object, std::string_view what);
     void changing(Part &part, std::string_view what);
-    void setView(Object &object, Tag view); // moves it between views
+    void rename(Object &object, const std::string &name); // names are looked up: never set directly
+    void setView(Object &object, Tag view);               // moves it between views; 0 the model
     void remove(Tag tag);                   // the delete algorithm, with its callbacks
     void removeSheet(Tag tag);              // the sheet, then what is left in its view, then the view
 
@@ -85,6 +86,9 @@ public:
     std::vector<Inbound> linksTo(Tag target) const;
     void addLink(Object &udo, int type, Tag target);
     void replaceLinks(Object &udo, std::size_t index, int type, Tag target); // keeps place and sequence
+    // Rewrites the links from `first` on, all at once: an array that is only put into another order
+    // never lets go of a condemned object on the way.
+    void rewriteLinks(Object &udo, std::size_t first, const std::vector<Link> &links);
     void removeLinkAt(Object &udo, std::size_t index); // the target stays (condemned and free: goes)
     void own(Object &udo, const std::vector<Tag> &objects); // all or none
     void release(Object &udo, Tag object);
@@ -115,6 +119,12 @@ public:
     std::string syslog;
     std::function<double()> clock;
     std::size_t zeroLengthRefusals = 0;
+
+    std::set<Tag> highlighted;
+    std::string lastPartMessage; // why the last part was not opened, made or saved
+
+    // Called with every tag that dies, after its object has gone.
+    std::vector<std::function<void(Tag)>> retirementListeners;
 
     bool recordingChanges = false;
     std::vector<std::string> changes;

@@ -20,6 +20,9 @@ DllExport void reset();
 DllExport std::string takeInfoWindow(); // and clears it
 DllExport bool infoWindowOpened();
 DllExport std::string takeSyslog(); // and clears it
+// Why the last part could not be opened, made or saved: names the file, what is wrong and what to
+// do. Empty after a success.
+DllExport std::string lastPartMessage();
 
 // --- faults and calls ---------------------------------------------------------------------
 // The nth call from now of the named function ("UF_DRF_create_note", "UgLine::create") does
