@@ -15,7 +15,9 @@ public:
 protected:
     UgObject() = default;
     virtual ~UgObject();
-    void setTag(tag_t tag) { m_tag = tag; }
+    // Binds a wrapper that an application made. The object table keeps it from then on: whoever made
+    // it need not delete it.
+    void setTag(tag_t tag);
 
 private:
     friend class UgWrapperTable;

@@ -20,6 +20,7 @@ public:
 protected:
     UgTypedObject() = default;
     ~UgTypedObject() override;
+    friend class UgWrapperTable;
 };
 
 #endif

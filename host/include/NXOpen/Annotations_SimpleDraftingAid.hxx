@@ -6,6 +6,10 @@
 #include <string>
 #include <vector>
 
+namespace NXOpen {
+class ObjectTable;
+}
+
 namespace NXOpen::Annotations {
 
 class DllExport UserSymbolPreferences {
@@ -27,7 +31,7 @@ public:
 
 protected:
     explicit SimpleDraftingAid(tag_t tag) : TaggedObject(tag) {}
-    friend class ObjectTable;
+    friend class NXOpen::ObjectTable;
 };
 
 } // namespace NXOpen::Annotations
