@@ -30,6 +30,7 @@ extern "C" {
 #define UF_err_count_mismatch 1105091 /* an edit must bring as many elements as are stored */
 #define UF_err_zero_length 1480010    /* a line must have a length */
 #define UF_err_layer_range 1105092
+#define UF_err_unknown_font 1105093 /* met only while unknown fonts are refused */
 
 DllExport int UF_initialize(void);
 DllExport int UF_terminate(void);

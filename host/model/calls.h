@@ -54,7 +54,8 @@ void dataBlockTaken(const void *block);
 bool dataBlockReturned(const void *block);
 
 // What nxhost/control.h offers over the calls.
-void failNextCall(const std::string &function, int code, std::function<void()> action, unsigned nth);
+void failNextCall(const std::string &function, int code, std::function<void()> action,
+                  unsigned nth);
 void forgetFaults();
 bool anyFaultPending();
 std::size_t timesCalled(std::string_view function);

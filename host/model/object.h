@@ -56,9 +56,9 @@ struct Lettering {
 };
 
 struct Link {
-    int type = 0;        // 1 to 4
-    Tag target = 0;      // 0: a null link, kept and skipped
-    unsigned status = 0; // 1 out of date
+    int type = 0;               // 1 to 4
+    Tag target = 0;             // 0: a null link, kept and skipped
+    unsigned status = 0;        // 1 out of date
     std::uint64_t sequence = 0; // when it was made, over the whole part
 };
 
@@ -117,8 +117,8 @@ struct IdSymbol {
     int type = 1; // UF_DRF_id_symbol_type_e
     std::string upper;
     std::string lower;
-    int textLines = 1; // 1 or 2
-    Vec3 origin;       // centre of the symbol
+    int textLines = 1;  // 1 or 2
+    Vec3 origin;        // centre of the symbol
     double size = 13.0; // diameter or height over all, sheet units
     int density = 1;    // pen
     Lettering lettering;
@@ -137,8 +137,8 @@ struct PatternShape {
 // The geometry of a master part as it was when a pattern was retrieved; shared by all patterns of
 // a part that were made from the same content.
 struct PatternMaster {
-    std::string fileName;      // as it was passed
-    int units = 1;             // 1 mm, 2 inches
+    std::string fileName;           // as it was passed
+    int units = 1;                  // 1 mm, 2 inches
     std::vector<std::string> fonts; // font table of the master, index 1 first
     std::vector<PatternShape> shapes;
     bool operator==(const PatternMaster &) const = default;
@@ -148,7 +148,7 @@ struct Pattern {
     std::shared_ptr<const PatternMaster> master;
     std::array<double, 9> rotation{1, 0, 0, 0, 1, 0, 0, 0, 1}; // rows
     Vec3 origin;
-    double scale = 1.0; // unit conversion included
+    double scale = 1.0;                   // unit conversion included
     std::array<int, 3> switches{0, 0, 0}; // origin, box, control points
 };
 
@@ -171,7 +171,8 @@ struct FontTable {
     std::vector<std::string> names; // index 1 first
 };
 
-using Body = std::variant<Udo, Point, Line, Arc, Area, Note, IdSymbol, Pattern, Sheet, View, FontTable>;
+using Body =
+    std::variant<Udo, Point, Line, Arc, Area, Note, IdSymbol, Pattern, Sheet, View, FontTable>;
 
 enum class Status { deleted = 0, temporary = 1, condemned = 2, alive = 3 };
 
@@ -211,10 +212,10 @@ struct Part {
     std::uint64_t nextOrdinal = 1;
     std::uint64_t nextLinkSequence = 1;
 
-    Ordered objects;                      // all that are alive or condemned
+    Ordered objects;                       // all that are alive or condemned
     std::map<std::size_t, Ordered> byKind; // by index of the body's alternative
     std::map<ClassId, Ordered> udosByClass;
-    std::map<Tag, Ordered> byView; // dependent objects
+    std::map<Tag, Ordered> byView;                      // dependent objects
     std::map<std::string, Ordered, std::less<>> byName; // named objects
 };
 

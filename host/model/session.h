@@ -39,9 +39,9 @@ public:
     static Session &get();
 
     // --- tags -------------------------------------------------------------------------------
-    Tag newTag();                 // rising, never used again in this process
-    Object *find(Tag tag);        // alive or condemned; null otherwise
-    Object &require(Tag tag);     // Failure UF_err_unknown_tag
+    Tag newTag();             // rising, never used again in this process
+    Object *find(Tag tag);    // alive or condemned; null otherwise
+    Object &require(Tag tag); // Failure UF_err_unknown_tag
     Part *findPart(Tag tag);
     Part &requirePart(Tag tag);
     template <class T> T &requireBody(Tag tag, int codeOtherwise);
@@ -58,7 +58,7 @@ public:
     Part *displayPart();
     void setWorkPart(Part *part);
     void setDisplayPart(Part *part);
-    Part &newPart(const std::string &path, int units);   // with its font table; becomes work part
+    Part &newPart(const std::string &path, int units); // with its font table; becomes work part
     Part &adoptPart(std::unique_ptr<Part> part, std::vector<std::unique_ptr<Object>> objects);
     Part *partByName(std::string_view name); // full path, or file name with or without extension
     const std::vector<std::unique_ptr<Part>> &parts() const { return m_parts; }
@@ -74,8 +74,8 @@ public:
     void changing(Part &part, std::string_view what);
     void rename(Object &object, const std::string &name); // names are looked up: never set directly
     void setView(Object &object, Tag view);               // moves it between views; 0 the model
-    void remove(Tag tag);                   // the delete algorithm, with its callbacks
-    void removeSheet(Tag tag);              // the sheet, then what is left in its view, then the view
+    void remove(Tag tag);      // the delete algorithm, with its callbacks
+    void removeSheet(Tag tag); // the sheet, then what is left in its view, then the view
 
     // --- links ----------------------------------------------------------------------------------
     // UDOs that link to the object, with the link: types 1 to 4, in the order made.
@@ -85,11 +85,13 @@ public:
     };
     std::vector<Inbound> linksTo(Tag target) const;
     void addLink(Object &udo, int type, Tag target);
-    void replaceLinks(Object &udo, std::size_t index, int type, Tag target); // keeps place and sequence
+    void replaceLinks(Object &udo, std::size_t index, int type,
+                      Tag target); // keeps place and sequence
     // Rewrites the links from `first` on, all at once: an array that is only put into another order
     // never lets go of a condemned object on the way.
     void rewriteLinks(Object &udo, std::size_t first, const std::vector<Link> &links);
-    void removeLinkAt(Object &udo, std::size_t index); // the target stays (condemned and free: goes)
+    void removeLinkAt(Object &udo,
+                      std::size_t index); // the target stays (condemned and free: goes)
     void own(Object &udo, const std::vector<Tag> &objects); // all or none
     void release(Object &udo, Tag object);
     void touch(Tag object);
