@@ -2,8 +2,7 @@
 // field hold them. Constant-initialised, so that they can be used while the library is loaded.
 #pragma once
 
-namespace QelFmt
-{
+namespace QelFmt {
 
 inline constexpr char kBlockV1Classname[] = "TRV_FORMAT_BLOCK_V1";
 inline constexpr char kZemBlockV1Classname[] = "KORVAN_FORMAT_BLOCK_V1";

@@ -4,13 +4,13 @@
 #include "udo/export.h"
 #include "udo/slots.h"
 
+#include "uf_udobj.h"
 #include "ug_typed.hxx"
 #include "ug_udo.hxx"
-#include "uf_udobj.h"
 
 #include <boost/shared_ptr.hpp>
 
-#include <optional>
+#include <memory>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -19,10 +19,10 @@ namespace LumUg {
 
 class UDOClass;
 
-inline constexpr int kUdoLayer = 254;            // where every UDO of the library is put
-inline constexpr unsigned kChildLink = 2;        // parent to child: the child dies with the parent
-inline constexpr unsigned kSheetLink = 1;        // format to sheet: the format dies with the sheet
-inline constexpr unsigned kDefinitionLink = 4;   // instance to definition record: silent both ways
+inline constexpr int kUdoLayer = 254;          // where every UDO of the library is put
+inline constexpr unsigned kChildLink = 2;      // parent to child: the child dies with the parent
+inline constexpr unsigned kSheetLink = 1;      // format to sheet: the format dies with the sheet
+inline constexpr unsigned kDefinitionLink = 4; // instance to definition record: silent both ways
 
 // One reading of a record's arrays. Every accessor of UDO reads afresh; a comparison or a copy may
 // take one Record of each side.
@@ -30,8 +30,8 @@ class Record;
 
 class QELFMT_API UDO {
 public:
-    UDO();                    // no object yet: the first write makes it
-    explicit UDO(UgUDO *udo); // a view on an existing object
+    UDO();                      // no object yet: the first write makes it
+    explicit UDO(UgUDO *udo);   // a view on an existing object
     UDO(const UDO &) = default; // views the same object
     UDO &operator=(const UDO &) = default;
 
@@ -128,8 +128,7 @@ protected:
     template <class... Slots>
     bool sameSlots(const UDO &other, const std::tuple<Slots...> &order) const;
     // Writes the slots of `source` into this record: one write an array.
-    template <class... Slots>
-    void copySlots(const UDO &source, const std::tuple<Slots...> &order);
+    template <class... Slots> void copySlots(const UDO &source, const std::tuple<Slots...> &order);
 
     // --- children -------------------------------------------------------------------------------
     template <class Child>
@@ -137,14 +136,17 @@ protected:
     template <class Child> boost::shared_ptr<Child> firstChild(const ChildList<Child> &list) const;
     // Adds one link; makes this record first when there is none.
     void attach(unsigned linkType, const UDO &child);
-    void detach(unsigned linkType, const UDO &child);  // the child lives on
-    void discard(unsigned linkType, UDO &child);       // detached, then deleted
+    void detach(unsigned linkType, const UDO &child); // the child lives on
+    void discard(unsigned linkType, UDO &child);      // detached, then deleted
     // The child `old` is replaced by `fresh` in place: the order of links stays. `old` lives on.
     void exchange(unsigned linkType, const UDO &old, const UDO &fresh);
 
 private:
     friend class UDOClass;
     friend class Record;
+    static std::unique_ptr<UDO> wrapperFor(tag_t udo);
+    void keepStrings(std::size_t count); // the first ones
+
     UgUDO *m_udo = nullptr;
 };
 
@@ -197,8 +199,7 @@ bool UDO::sameSlots(const UDO &other, const std::tuple<Slots...> &order) const
         [&](const auto &...slot) { return ((mine.get(slot) == theirs.get(slot)) && ...); }, order);
 }
 
-template <class... Slots>
-void UDO::copySlots(const UDO &source, const std::tuple<Slots...> &order)
+template <class... Slots> void UDO::copySlots(const UDO &source, const std::tuple<Slots...> &order)
 {
     CreateUDO();
     const Record from(source);

@@ -24,8 +24,9 @@ public:
     constexpr Functor(std::nullptr_t) {}
     constexpr Functor(Pointer function) : m_function(function) {}
     template <class F>
-    requires(!std::same_as<std::remove_cvref_t<F>, Functor> && !std::convertible_to<F, Pointer> &&
-             std::is_invocable_r_v<R, F &, Args...>) Functor(F &&callable)
+    requires(!std::same_as<std::remove_cvref_t<F>, Functor> &&
+             !std::is_pointer_v<std::decay_t<F>> && std::is_invocable_r_v<R, F &, Args...>)
+        Functor(F &&callable)
     {
         // An empty function object would otherwise look installed.
         if constexpr (requires { callable == nullptr; }) {

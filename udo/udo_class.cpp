@@ -1,0 +1,92 @@
+#include "udo/udo_class.h"
+
+#include "uf.h"
+#include "ug_exception.hxx"
+#include "ug_session.hxx"
+
+#include <map>
+#include <memory>
+
+namespace LumUg {
+
+namespace {
+
+// The platform's texts are given back with UF_free.
+struct Freed {
+    void operator()(char *text) const { UF_free(text); }
+};
+using PlatformText = std::unique_ptr<char, Freed>;
+
+using Directory = std::map<std::string, UDOClass *>;
+
+// Made by the first registration, whichever library's static objects come first.
+Directory &directory()
+{
+    static Directory by_name;
+    return by_name;
+}
+
+std::string classNameOf(unsigned class_id)
+{
+    char *class_name = nullptr, *friendly_name = nullptr;
+    UgException::throwOnFailure(UF_UDOBJ_ask_class_data(class_id, &class_name, &friendly_name));
+    const PlatformText name(class_name), friendly(friendly_name);
+    return name.get();
+}
+
+} // namespace
+
+UDOClass::UDOClass(std::string class_name, std::string friendly_name, Factory factory)
+    : m_factory(factory), m_class_id(0)
+{
+    // This runs while the library is being loaded, before anyone has opened a session.
+    if (!UgSession::isInitialized()) UgSession::initialize();
+    if (const UDOClass *registered = GetClass(class_name)) {
+        m_class_id = registered->m_class_id;
+        return;
+    }
+    UgException::throwOnFailure(
+        UF_UDOBJ_create_class(class_name.c_str(), friendly_name.c_str(), &m_class_id));
+    UgException::throwOnFailure(UF_UDOBJ_register_delete_cb(m_class_id, UDO::DeleteMethod));
+    UgException::throwOnFailure(UF_UDOBJ_register_info_obj_cb(m_class_id, UDO::InfoObjMethod));
+    UgException::throwOnFailure(UF_UDOBJ_register_update_cb(m_class_id, UDO::UpdateMethod));
+    directory().emplace(std::move(class_name), this);
+}
+
+UDOClass *UDOClass::GetClass(const std::string &class_name)
+{
+    const auto found = directory().find(class_name);
+    return found == directory().end() ? nullptr : found->second;
+}
+
+bool UDOClass::sameClass(const UgUDO *udo, const std::string &class_name)
+{
+    const UDOClass *registered = GetClass(class_name);
+    return registered && udo && registered->m_class_id == udo->askClassId();
+}
+
+void UDOClass::setOwnedObjSelection(const std::string &class_name,
+                                    UF_UDOBJ_owned_object_selection_e mode)
+{
+    const UDOClass *registered = GetClass(class_name);
+    if (!registered) return;
+    UgException::throwOnFailure(UF_UDOBJ_set_owned_object_selection(registered->m_class_id, mode));
+}
+
+UDO *UDOClass::CreateInstance(const UgUDO *udo)
+{
+    const UDOClass *registered = GetClass(classNameOf(udo->askClassId()));
+    if (!registered) return nullptr;
+    UDO *wrapper = registered->m_factory();
+    wrapper->SetUdoObject(const_cast<UgUDO *>(udo));
+    return wrapper;
+}
+
+std::string GetUDOClassName(UgUDO *udo)
+{
+    char *name = nullptr;
+    UgException::throwOnFailure(UF_UDOBJ_ask_udo_class_name(udo ? udo->getTag() : NULL_TAG, &name));
+    return PlatformText(name).get();
+}
+
+} // namespace LumUg
