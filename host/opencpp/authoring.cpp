@@ -38,11 +38,10 @@ tag_t createArc(double x, double y, double radius, double start_angle, double en
         host::require(std::isfinite(y), UF_err_bad_parameter_number_2);
         host::require(std::isfinite(radius) && radius > 0.0, UF_err_bad_parameter_number_3);
         host::require(std::isfinite(start_angle), UF_err_bad_parameter_number_4);
-        host::require(std::isfinite(end_angle) && end_angle != start_angle &&
-                          std::abs(end_angle - start_angle) <= 360.0,
-                      UF_err_bad_parameter_number_5);
         // Counter-clockwise from start to end: an end below the start lies one turn further on.
         if (end_angle < start_angle) end_angle += 360.0;
+        host::require(end_angle > start_angle && end_angle <= start_angle + 360.0,
+                      UF_err_bad_parameter_number_5);
         return createInWorkPart(host::Arc{{x, y, 0.0}, radius, start_angle, end_angle});
     });
 }
