@@ -7,6 +7,7 @@
 #include "uf_drf.h"
 #include "uf_obj.h"
 #include "uf_part.h"
+#include "uf_patt.h"
 
 #include <algorithm>
 #include <iterator>
@@ -21,7 +22,9 @@ struct Message {
 };
 
 constexpr Message kMessages[] = {
-    // Reasons of the pattern calls, below all modules.
+    // Reasons of the pattern calls, below all modules; errors below zero.
+    {UF_PATT_err_bad_argument, "An argument of the pattern call is not valid"},
+    {UF_PATT_err_unreadable, "The file of the pattern cannot be read as a part"},
     {1, "The file of the pattern was not found"},
     {3, "The file of the pattern is a checkpoint"},
     {5, "The revision check of the pattern failed"},

@@ -70,7 +70,7 @@ void Session::Inner::index(Object &object)
     part.objects[object.ordinal] = &object;
     part.byKind[object.body.index()][object.ordinal] = &object;
     if (const Udo *udo = object.as<Udo>()) part.udosByClass[udo->classId][object.ordinal] = &object;
-    if (object.view) part.byView[object.view][object.ordinal] = &object;
+    if (standsInViews(object)) part.byView[object.view][object.ordinal] = &object;
     if (!object.name.empty()) part.byName[object.name][object.ordinal] = &object;
 }
 
@@ -80,7 +80,7 @@ void Session::Inner::unindex(Object &object)
     part.objects.erase(object.ordinal);
     dropFrom(part.byKind, object.body.index(), object);
     if (const Udo *udo = object.as<Udo>()) dropFrom(part.udosByClass, udo->classId, object);
-    if (object.view) dropFrom(part.byView, object.view, object);
+    if (standsInViews(object)) dropFrom(part.byView, object.view, object);
     if (!object.name.empty()) dropFrom(part.byName, object.name, object);
 }
 
@@ -157,10 +157,11 @@ void Session::rename(Object &object, const std::string &name)
 void Session::setView(Object &object, Tag view)
 {
     if (object.view == view) return;
+    host::require(standsInViews(object), UF_err_wrong_class);
     changing(object, "view");
-    if (object.view) dropFrom(object.part->byView, object.view, object);
+    dropFrom(object.part->byView, object.view, object);
     object.view = view;
-    if (view) object.part->byView[view][object.ordinal] = &object;
+    object.part->byView[view][object.ordinal] = &object;
 }
 
 } // namespace host

@@ -87,14 +87,6 @@ Object &requireInView(tag_t tag)
     return object;
 }
 
-// A sheet's own view goes by the name of the sheet.
-std::string viewName(const Object &view)
-{
-    if (!view.name.empty()) return view.name;
-    const Object *sheet = Session::get().find(view.as<host::View>()->sheet);
-    return sheet ? sheet->name : std::string();
-}
-
 } // namespace
 
 extern "C" int UF_VIEW_cycle_objects(tag_t view, UF_VIEW_cycle_objects_t type, tag_t *object)
@@ -140,7 +132,7 @@ extern "C" int UF_VIEW_ask_tag_of_view_name(const char *view_name, tag_t *view)
         *view = NULL_TAG;
         for (const auto &[ordinal, object] :
              host::objectsOfKind<host::View>(Session::get().workPart())) {
-            if (viewName(*object) != view_name) continue;
+            if (object->name != view_name) continue;
             *view = object->tag;
             return;
         }
@@ -165,6 +157,6 @@ extern "C" int uc6409(tag_t object_tag, int *status, char *view_name)
         *status = object.view == kModel ? 0 : 1;
         if (!view_name) return;
         const Object *view = Session::get().find(object.view);
-        std::strcpy(view_name, view ? viewName(*view).substr(0, MAX_ENTITY_NAME_SIZE).c_str() : "");
+        std::strcpy(view_name, view ? view->name.c_str() : "");
     });
 }

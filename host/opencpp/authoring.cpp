@@ -4,8 +4,7 @@
 
 #include <cmath>
 
-namespace
-{
+namespace {
 
 tag_t createInWorkPart(host::Body body)
 {
@@ -28,8 +27,7 @@ std::vector<host::Vec3> outlineOf(const std::vector<nxhost::AuthoringPoint> &poi
 
 } // namespace
 
-namespace nxhost
-{
+namespace nxhost {
 
 tag_t createArc(double x, double y, double radius, double start_angle, double end_angle)
 {

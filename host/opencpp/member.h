@@ -10,8 +10,7 @@
 #include "ug_object.hxx"
 #include "ug_part.hxx"
 
-namespace host
-{
+namespace host {
 
 template <class F> auto member(const char *name, F &&body) -> decltype(body())
 {

@@ -10,11 +10,9 @@
 #include "uf.h"
 #include "ug_exception.hxx"
 
-namespace NXOpen
-{
+namespace NXOpen {
 
-namespace
-{
+namespace {
 
 template <class F> auto member(const char *name, F &&body) -> decltype(body())
 {
@@ -37,8 +35,7 @@ host::Object &noteObject(tag_t tag)
 
 NXException::NXException(int error_code)
     : m_code(error_code), m_message(UgException(error_code).askErrorText())
-{
-}
+{}
 
 NXException::~NXException() = default;
 
@@ -76,8 +73,7 @@ ObjectTable &ObjectTable::get()
     return *table;
 }
 
-namespace Annotations
-{
+namespace Annotations {
 
 SimpleDraftingAid::~SimpleDraftingAid() = default;
 

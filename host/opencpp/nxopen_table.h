@@ -5,13 +5,11 @@
 
 #include <unordered_map>
 
-namespace NXOpen
-{
+namespace NXOpen {
 
 class TaggedObject;
 
-class ObjectTable
-{
+class ObjectTable {
 public:
     static ObjectTable &get();
     TaggedObject *find(tag_t tag); // host::Failure when no object of that tag lives

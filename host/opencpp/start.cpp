@@ -10,8 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace
-{
+namespace {
 
 using StartFunction = void (*)();
 
@@ -55,8 +54,7 @@ StartFunction startFunctionOf(const LoadedLibrary &library)
 
 } // namespace
 
-namespace nxhost
-{
+namespace nxhost {
 
 void start()
 {

@@ -5,8 +5,7 @@
 #include "ug_line.hxx"
 #include "ug_point.hxx"
 
-namespace
-{
+namespace {
 
 host::Vec3 toVec3(const Point3 &point) { return {point[0], point[1], point[2]}; }
 Point3 toPoint3(const host::Vec3 &at) { return {at.x, at.y, at.z}; }

@@ -4,8 +4,7 @@
 
 #include "uf_layer.h"
 
-namespace
-{
+namespace {
 
 // Changes one value of how an object is drawn.
 void setAppearance(const UgObject &wrapper, const char *what, int host::Appearance::*member,

@@ -4,8 +4,7 @@
 
 #include "ug_info_window.hxx"
 
-namespace
-{
+namespace {
 
 // Callers hold the text in a buffer of 133 bytes.
 constexpr std::size_t kLongestText = 132;

@@ -9,8 +9,7 @@ struct UgDerivedClassManager::Registration {
     UgTypedObject *(*creator)();
 };
 
-namespace
-{
+namespace {
 
 // Handles by class name: filled while libraries are loaded, never emptied.
 std::map<std::string, UgDerivedClassManager> &managers()

@@ -5,8 +5,7 @@
 
 #include "uf_part.h"
 
-namespace
-{
+namespace {
 
 // The first object after a place in the order of creation; condemned ones are passed over.
 UgTypedObject *objectAfter(const host::Part &part, std::uint64_t ordinal)

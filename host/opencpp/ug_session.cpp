@@ -18,9 +18,17 @@ UgSession::~UgSession()
     if (m_initialized_here) UF_terminate(); // a destructor cannot report
 }
 
-void UgSession::initialize() { UgException::throwOnFailure(UF_initialize()); }
+void UgSession::initialize()
+{
+    UgException::throwOnFailure(host::enterAnytime("UgSession::initialize"));
+    UgException::throwOnFailure(UF_initialize());
+}
 
-void UgSession::terminate() { UgException::throwOnFailure(UF_terminate()); }
+void UgSession::terminate()
+{
+    UgException::throwOnFailure(host::enterAnytime("UgSession::terminate"));
+    UgException::throwOnFailure(UF_terminate());
+}
 
 bool UgSession::isInitialized() { return host::Session::get().initializeCount > 0; }
 

@@ -6,8 +6,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace
-{
+namespace {
 
 using host::Link;
 using host::Session;

@@ -12,8 +12,7 @@ class UgObject;
 
 // A wrapper outlives its object: whoever kept the pointer gets an exception from its members then,
 // not a crash. Tags are never used again, so an entry never comes to mean something else.
-class UgWrapperTable
-{
+class UgWrapperTable {
 public:
     static UgWrapperTable &get();
 
