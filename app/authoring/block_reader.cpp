@@ -1,0 +1,152 @@
+#include "app/authoring/block_reader.h"
+
+#include "app/authoring/art_reader.h"
+
+#include <fmt/format.h>
+
+namespace app::authoring {
+
+namespace {
+
+constexpr int kOutlinePen = 10;   // 0.7 mm
+constexpr int kCellPen = 8;       // 0.35 mm
+constexpr int kPatternLayer = 101;
+constexpr int kTextLayer = 102;
+
+// Which corner of the sheet a stored point is measured from.
+constexpr std::initializer_list<Word> kCorners{
+    {"bottom-left", 0}, {"top-left", 1}, {"bottom-right", 2}, {"top-right", 3}};
+
+class BlockReader {
+public:
+    BlockReader(YamlFile &file, const std::string &id, const YAML::Node &node,
+                const CellContext &context, int units)
+        : m_file(file), m_mapping(file, node, "block " + id), m_context(context)
+    {
+        m_result.block.id = id;
+        m_result.block.slots.ints["Units"] = units;
+    }
+
+    BlockText read(const std::vector<std::string> &formatIds)
+    {
+        readSize();
+        readProperties();
+        readCells();
+        readArt(m_file, m_mapping.node("art"), m_mapping.what(), m_result.block.art);
+        readPlaces(formatIds);
+        return std::move(m_result);
+    }
+
+private:
+    void readSize()
+    {
+        m_mapping.require("size", "the block's size: [width, height]");
+        if (const auto size = m_mapping.numbers("size", 2, 2)) {
+            m_result.width = (*size)[0];
+            m_result.height = (*size)[1];
+        }
+    }
+
+    void readProperties()
+    {
+        SlotValues &slots = m_result.block.slots;
+        slots.strings["Category"] = m_mapping.text("category").value_or("");
+        slots.strings["Description"] = m_mapping.text("description").value_or("");
+        slots.strings["DialogName"] = m_mapping.text("dialog").value_or("");
+        slots.lists["ExcludeBlockIds"] =
+            m_mapping.texts("excludes").value_or(std::vector<std::string>{});
+        slots.ints["Movable"] = yesOrNo("movable", false);
+        slots.ints["CanDelete"] = yesOrNo("can-delete", false);
+        slots.ints["PatternLayer"] = kPatternLayer;
+        slots.ints["TextLayer"] = kTextLayer;
+        if (!m_mapping.has("layers")) return;
+        Mapping layers(m_file, m_mapping.node("layers"), m_mapping.what() + ", layers");
+        if (const auto layer = layers.integer("pattern")) slots.ints["PatternLayer"] = *layer;
+        if (const auto layer = layers.integer("text")) slots.ints["TextLayer"] = *layer;
+    }
+
+    int yesOrNo(const std::string &key, bool fallback)
+    {
+        const auto value = m_mapping.word(key, {{"yes", 1}, {"no", 0}, {"true", 1}, {"false", 0}});
+        return value.value_or(fallback);
+    }
+
+    void readCells()
+    {
+        int outline = kOutlinePen, inner = kCellPen;
+        bool drawn = true;
+        if (m_mapping.has("lines")) {
+            const YAML::Node lines = m_mapping.node("lines");
+            drawn = !(lines.IsScalar() && lines.Scalar() == "none");
+            if (drawn) {
+                Mapping widths(m_file, lines, m_mapping.what() + ", lines");
+                outline = readPen(widths, "outline", kOutlinePen);
+                inner = readPen(widths, "cells", kCellPen);
+            }
+        }
+        std::vector<Box> boxes;
+        Art labels;
+        Mapping cells(m_file, m_mapping.node("cells"), m_mapping.what() + ", cells");
+        for (const auto &[id, node] : cells.entries()) {
+            Cell cell = readCell(m_file, id, node, m_context);
+            if (cell.lines) boxes.push_back(*cell.lines);
+            if (cell.label) labels.push_back(*cell.label);
+            m_result.block.fields.push_back(std::move(cell.field));
+        }
+        Art &art = m_result.block.art;
+        if (drawn) drawCellLines(art, m_result.width, m_result.height, boxes, outline, inner);
+        art.insert(art.end(), labels.begin(), labels.end());
+    }
+
+    // corner and inset, or a point from the lower left corner.
+    Location readPlace(Mapping &place)
+    {
+        Location location;
+        location.name = place.text("name").value_or("Default");
+        if (const auto at = place.numbers("at", 2, 2)) {
+            location.at = {(*at)[0], (*at)[1]};
+            return location;
+        }
+        location.offsetType = place.word("corner", kCorners).value_or(0);
+        const auto inset = place.numbers("inset", 2, 2).value_or(std::vector{0.0, 0.0});
+        // The stored point is where the block's lower left corner comes, measured from the sheet's corner.
+        const bool fromRight = location.offsetType == 2 || location.offsetType == 3;
+        const bool fromTop = location.offsetType == 1 || location.offsetType == 3;
+        location.at.x = inset[0] + (fromRight ? m_result.width : 0.0);
+        location.at.y = inset[1] + (fromTop ? m_result.height : 0.0);
+        return location;
+    }
+
+    void readPlaces(const std::vector<std::string> &formatIds)
+    {
+        m_mapping.require("place", "where the block stands: place: {corner: ..., inset: [x, y]}");
+        Mapping place(m_file, m_mapping.node("place"), m_mapping.what() + ", place");
+        const auto formats = place.texts("formats").value_or(formatIds);
+        std::vector<SizeLocation> sizes;
+        const Location everywhere = readPlace(place);
+        for (const std::string &key : place.unasked()) {
+            Mapping exception(m_file, place.node(key), m_mapping.what() + ", place, " + key);
+            sizes.push_back({key, {readPlace(exception)}});
+        }
+        // The first size that matches wins: exceptions stand before the rule.
+        sizes.push_back({"Default", {everywhere}});
+        for (const std::string &format : formats)
+            m_result.block.locations.push_back({format, sizes});
+    }
+
+    YamlFile &m_file;
+    Mapping m_mapping;
+    const CellContext &m_context;
+    BlockText m_result;
+};
+
+} // namespace
+
+BlockText readBlock(YamlFile &file, const std::string &id, const YAML::Node &node,
+                    const CellContext &context, const std::vector<std::string> &formatIds,
+                    int units)
+{
+    return BlockReader(file, id, node, context, units).read(formatIds);
+}
+
+} // namespace app::authoring

@@ -1,0 +1,198 @@
+#include "app/authoring/cell_reader.h"
+
+#include "app/authoring/full_keys.h"
+
+#include <fmt/format.h>
+
+namespace app::authoring {
+
+namespace {
+
+// Kinds of a default value, as fields store them.
+constexpr int kOwnText = 0, kPartAttribute = 1, kSheetAttribute = 2, kSizeLabel = 3, kEnvironment = 4;
+
+std::optional<Box> readBox(Mapping &cell, const std::string &key)
+{
+    const auto numbers = cell.numbers(key, 4, 4);
+    if (!numbers) return {};
+    const Box box{(*numbers)[0], (*numbers)[1], (*numbers)[2], (*numbers)[3]};
+    if (box.width <= 0 || box.height <= 0) {
+        cell.complain(key, "width and height must be greater than 0");
+        return {};
+    }
+    return box;
+}
+
+// "part DB_TITLE": a kind, and the name for those kinds that have one.
+struct Source {
+    int type = kOwnText;
+    std::string name;
+    bool fromSite = false;
+};
+
+Source readSource(Mapping &cell)
+{
+    constexpr const char *kRight = "must be one of: part NAME, sheet NAME, site NAME, environment NAME, size";
+    Source source;
+    const auto text = cell.text("from");
+    if (!text) return source;
+    const auto blank = text->find(' ');
+    const std::string kind = text->substr(0, blank);
+    source.name = blank == std::string::npos ? "" : text->substr(text->find_first_not_of(' ', blank));
+    if (kind == "part")
+        source.type = kPartAttribute;
+    else if (kind == "sheet")
+        source.type = kSheetAttribute;
+    else if (kind == "environment")
+        source.type = kEnvironment;
+    else if (kind == "size")
+        source.type = kSizeLabel;
+    else if (kind == "site")
+        source.fromSite = true;
+    else
+        cell.complain("from", fmt::format("\"{}\" {}", *text, kRight));
+    if ((kind == "size") != source.name.empty()) cell.complain("from", kRight);
+    return source;
+}
+
+void placeText(const Box &box, const Style &style, int rows, SlotValues &slots)
+{
+    const int column = (style.site - 1) % 3; // 0 left, 1 centre, 2 right
+    const int row = (style.site - 1) / 3;    // 0 top, 1 middle, 2 bottom
+    double y = box.y;
+    double margin = style.marginHeight;
+    int site = style.site;
+    if (row == 0) {
+        y = box.y + box.height;
+    } else if (row == 1) {
+        // Centred by the margin below the text. The stored middle sites depend on the text's height at the
+        // moment of placing, and a field is first placed while it has none.
+        site += 3;
+        const double text = rows * style.size + (rows - 1) * style.size * style.lineSpace * 0.5;
+        margin = (box.height - text) / 2;
+    }
+    slots.ints["TextSite"] = site;
+    slots.ints["TextJustification"] = column + 1;
+    slots.doubles["LocationX"] = box.x;
+    slots.doubles["LocationY"] = y;
+    slots.doubles["Width"] = box.width;
+    slots.doubles["Height"] = box.height;
+    slots.doubles["MarginWidth"] = style.marginWidth;
+    slots.doubles["MarginHeight"] = margin;
+}
+
+void dressText(const Box &box, const Style &style, SlotValues &slots)
+{
+    slots.strings["TextFontName"] = style.font;
+    slots.doubles["TextSize"] = style.size;
+    slots.doubles["TextAspect"] = style.aspect;
+    slots.doubles["LineSpace"] = style.lineSpace;
+    slots.doubles["CharSpaceFactor"] = 1.0;
+    slots.ints["TextColor"] = style.color;
+    slots.ints["BorderColor"] = style.color;
+    if (style.tooLong == TooLong::narrow) {
+        slots.doubles["AltTextAspect"] = style.narrowAspect * style.aspect;
+        slots.ints["AltTextAspectNumChars"] = capacity(box.width, style);
+    } else if (style.tooLong == TooLong::smaller) {
+        slots.doubles["AltTextSize"] = style.smallerSize;
+        slots.ints["AltTextSizeNumChars"] = capacity(box.width, style);
+    }
+}
+
+// Where the value comes from and whether it is computed again whenever the field moves.
+void sourceOf(Mapping &cell, SlotValues &slots)
+{
+    const Source source = readSource(cell);
+    const auto values = cell.texts("value").value_or(std::vector<std::string>{});
+    slots.ints["DefaultType"] = source.type;
+    slots.lists["DefaultString"] = source.type == kOwnText ? values : std::vector{source.name};
+    if (source.type == kSizeLabel) slots.lists["DefaultString"].clear();
+    if (source.fromSite) slots.strings["RegistryString"] = source.name;
+    if (!values.empty() && source.type != kOwnText)
+        cell.complain("value", "a value of its own and one from elsewhere exclude each other");
+
+    const auto keep = cell.word("keep", {{"typed", 1}, {"recompute", 0}});
+    slots.ints["UseDefaultInitially"] = keep.value_or(source.type == kSizeLabel ? 0 : 1);
+}
+
+void sharing(Mapping &cell, SlotValues &slots)
+{
+    if (const auto share = cell.text("share")) {
+        const auto blank = share->find(' ');
+        const std::string target = share->substr(0, blank);
+        if (blank == std::string::npos || (target != "part" && target != "sheet"))
+            cell.complain("share", "must be part NAME or sheet NAME");
+        else
+            slots.strings["BroadcastString"] = share->substr(share->find_first_not_of(' ', blank));
+        slots.ints["BroadcastType"] = target == "part" ? 1 : 0;
+    }
+    if (const auto all = cell.word("all-sheets", {{"true", 1}, {"false", 0}, {"yes", 1}, {"no", 0}}))
+        slots.ints["SyncAllDrawings"] = *all;
+}
+
+std::optional<ArtText> readLabel(Mapping &cell, const Box &box, const CellContext &context)
+{
+    if (!cell.has("label")) return {};
+    std::string text;
+    const YAML::Node node = cell.node("label");
+    if (node.IsMap()) {
+        Mapping languages(cell.file(), node, cell.what() + ", label");
+        for (const auto &[language, value] : languages.entries())
+            if (value.IsScalar() && (text.empty() || language == context.language)) text = value.Scalar();
+    } else {
+        text = cell.text("label").value_or("");
+    }
+    if (text.empty()) return {};
+    const LabelStyle &style = context.labels;
+    return ArtText{text, {box.x + style.fromLeft, box.y + box.height - style.fromTop}, 1, style.size,
+                   style.font};
+}
+
+Style styleOf(Mapping &cell, const CellContext &context)
+{
+    Style style;
+    const std::string name = cell.text("style").value_or("value");
+    const auto found = context.styles.find(name);
+    if (found != context.styles.end())
+        style = found->second;
+    else if (cell.has("style"))
+        cell.complain("style", fmt::format("no style \"{}\" is defined under styles", name));
+    readStyle(cell, style);
+    return style;
+}
+
+} // namespace
+
+Cell readCell(YamlFile &file, const std::string &id, const YAML::Node &node,
+              const CellContext &context)
+{
+    Mapping mapping(file, node, "cell " + id);
+    Cell cell;
+    mapping.require("cell", "its box in the block: cell: [x, y, width, height]");
+    const Box box = readBox(mapping, "cell").value_or(Box{0, 0, 1, 1});
+    const Style style = styleOf(mapping, context);
+    const int rows = mapping.integer("rows").value_or(1);
+    if (rows < 1) mapping.complain("rows", "must be 1 or more");
+
+    SlotValues &slots = cell.field.slots;
+    slots.strings["Id"] = id;
+    slots.ints["Multiline"] = rows > 1;
+    placeText(box, style, rows < 1 ? 1 : rows, slots);
+    dressText(box, style, slots);
+    sourceOf(mapping, slots);
+    sharing(mapping, slots);
+
+    cell.lines = box;
+    if (mapping.has("box")) {
+        const YAML::Node drawn = mapping.node("box");
+        if (drawn.IsScalar() && drawn.Scalar() == "none")
+            cell.lines.reset();
+        else
+            cell.lines = readBox(mapping, "box");
+    }
+    cell.label = readLabel(mapping, cell.lines.value_or(box), context);
+    readFullFieldKeys(mapping, slots);
+    return cell;
+}
+
+} // namespace app::authoring

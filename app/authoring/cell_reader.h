@@ -1,0 +1,37 @@
+// One cell of a block in the cell form: its box, its label and the field in it.
+#pragma once
+
+#include "app/authoring/cell_lines.h"
+#include "app/authoring/model.h"
+#include "app/authoring/style.h"
+#include "app/authoring/yaml_reader.h"
+
+#include <optional>
+#include <string>
+
+namespace app::authoring {
+
+struct LabelStyle {
+    double size = 1.8; // ISO 3098
+    std::string font = "osifont";
+    double fromLeft = 2.0; // distances from the cell's left and upper line
+    double fromTop = 1.0;
+};
+
+struct Cell {
+    Field field;
+    std::optional<Box> lines; // the box that is drawn
+    std::optional<ArtText> label;
+};
+
+// What the cells of a block share.
+struct CellContext {
+    const Styles &styles;
+    LabelStyle labels;
+    std::string language; // picks a label that is given in several
+};
+
+Cell readCell(YamlFile &file, const std::string &id, const YAML::Node &node,
+              const CellContext &context);
+
+} // namespace app::authoring

@@ -1,0 +1,41 @@
+// Keys of the full form: every slot of a record by its accessor's name in snake case ("text_color"),
+// taken from the slot tables of the definition classes.
+#pragma once
+
+#include "app/authoring/model.h"
+#include "app/authoring/yaml_reader.h"
+
+#include "udo/slots.h"
+
+#include <string>
+#include <tuple>
+#include <type_traits>
+
+namespace app::authoring {
+
+std::string snakeCase(const std::string &accessor); // "TextColor" -> "text_color"
+
+// Slots that the mapping names in snake case, of one record's layout.
+template <class... Slots>
+void readFullKeys(Mapping &mapping, const std::tuple<Slots...> &layout, SlotValues &values)
+{
+    const auto read = [&](const auto &slot) {
+        using Slot = std::remove_cvref_t<decltype(slot)>;
+        const std::string key = snakeCase(slot.name);
+        if (!mapping.has(key)) return;
+        if constexpr (std::is_same_v<Slot, LumUg::IntSlot>) {
+            if (const auto value = mapping.integer(key)) values.ints[slot.name] = *value;
+        } else if constexpr (std::is_same_v<Slot, LumUg::DoubleSlot>) {
+            if (const auto value = mapping.number(key)) values.doubles[slot.name] = *value;
+        } else if constexpr (std::is_same_v<Slot, LumUg::StringTail>) {
+            if (const auto value = mapping.texts(key)) values.lists[slot.name] = *value;
+        } else {
+            if (const auto value = mapping.text(key)) values.strings[slot.name] = *value;
+        }
+    };
+    std::apply([&](const auto &...slot) { (read(slot), ...); }, layout);
+}
+
+void readFullFieldKeys(Mapping &mapping, SlotValues &values);
+
+} // namespace app::authoring

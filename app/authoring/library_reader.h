@@ -1,0 +1,14 @@
+// Reads a definition file in the cell form.
+#pragma once
+
+#include "app/authoring/model.h"
+
+#include <string>
+
+namespace app::authoring {
+
+// Throws Complaints with everything that is wrong with the file. `language` picks labels that are given
+// in several languages.
+Library readLibrary(const std::string &path, const std::string &language = "en");
+
+} // namespace app::authoring

@@ -1,0 +1,96 @@
+#include "app/authoring/style.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <cmath>
+
+namespace app::authoring {
+
+namespace {
+
+constexpr double kLetterWidth = 0.8; // of the height, with the gap to the next letter
+
+double nextSmaller(double size)
+{
+    constexpr std::array heights{20.0, 14.0, 10.0, 7.0, 5.0, 3.5, 2.5, 1.8}; // ISO 3098
+    for (const double height : heights)
+        if (height < size - 1e-9) return height;
+    return size;
+}
+
+void readTooLong(Mapping &mapping, Style &style)
+{
+    const auto choice = mapping.word("too-long", {{"report", static_cast<int>(TooLong::report)},
+                                                  {"narrow", static_cast<int>(TooLong::narrow)},
+                                                  {"smaller", static_cast<int>(TooLong::smaller)}});
+    if (choice) style.tooLong = static_cast<TooLong>(*choice);
+}
+
+void positive(Mapping &mapping, const std::string &key, double &target)
+{
+    const auto value = mapping.number(key);
+    if (!value) return;
+    if (*value > 0)
+        target = *value;
+    else
+        mapping.complain(key, "must be greater than 0");
+}
+
+} // namespace
+
+void readStyle(Mapping &mapping, Style &style)
+{
+    positive(mapping, "size", style.size);
+    positive(mapping, "aspect", style.aspect);
+    positive(mapping, "line-space", style.lineSpace);
+    if (const auto font = mapping.text("font")) style.font = *font;
+    if (const auto color = mapping.integer("color")) style.color = *color;
+    const auto site = mapping.word("at", {{"top-left", 1},
+                                          {"top-center", 2},
+                                          {"top-right", 3},
+                                          {"middle-left", 4},
+                                          {"center", 5},
+                                          {"middle-right", 6},
+                                          {"bottom-left", 7},
+                                          {"bottom-center", 8},
+                                          {"bottom-right", 9}});
+    if (site) style.site = *site;
+    if (const auto margin = mapping.numbers("margin", 1, 2)) {
+        style.marginWidth = margin->front();
+        style.marginHeight = margin->back();
+    }
+    readTooLong(mapping, style);
+}
+
+Styles readStyles(YamlFile &file, const YAML::Node &node)
+{
+    Styles styles;
+    if (!node.IsDefined()) return styles;
+    Mapping all(file, node, "styles");
+    for (const auto &[name, value] : all.entries()) {
+        Mapping mapping(file, value, "style " + name);
+        Style style;
+        if (const auto like = mapping.text("like")) {
+            const auto base = styles.find(*like);
+            if (base != styles.end())
+                style = base->second;
+            else
+                mapping.complain("like", fmt::format("no style \"{}\" stands above this one", *like));
+        }
+        readStyle(mapping, style);
+        if (style.smallerSize == 0.0 || style.smallerSize >= style.size)
+            style.smallerSize = nextSmaller(style.size);
+        styles[name] = style;
+    }
+    return styles;
+}
+
+int capacity(double cellWidth, const Style &style)
+{
+    const double room = cellWidth - 2 * style.marginWidth;
+    const int letters = static_cast<int>(std::floor(room / (kLetterWidth * style.size * style.aspect)));
+    return letters > 0 ? letters : 1;
+}
+
+} // namespace app::authoring

@@ -1,0 +1,36 @@
+// Text styles of the cell form: how a value looks in its cell.
+#pragma once
+
+#include "app/authoring/yaml_reader.h"
+
+#include <map>
+#include <string>
+
+namespace app::authoring {
+
+enum class TooLong { report, narrow, smaller };
+
+struct Style {
+    double size = 2.5; // height of a capital letter
+    std::string font = "osifont";
+    int site = 7; // 1 top left ... 9 bottom right of the cell
+    double marginWidth = 1.0;
+    double marginHeight = 1.0;
+    double aspect = 1.0;
+    double lineSpace = 1.0; // 1 is a pitch of 1.5 heights
+    int color = 7;
+    TooLong tooLong = TooLong::report;
+    double smallerSize = 0.0; // with TooLong::smaller; 0: the next height of ISO 3098
+    double narrowAspect = 0.7;
+};
+
+using Styles = std::map<std::string, Style>;
+
+// Changes what the mapping says of it: size, font, at, margin, aspect, line-space, color, too-long.
+void readStyle(Mapping &mapping, Style &style);
+// "like" and the keys above, for every style of the file.
+Styles readStyles(YamlFile &file, const YAML::Node &node);
+// How many letters fit beside each other in the cell: 0.8 heights a letter (ISO 3098, type B).
+int capacity(double cellWidth, const Style &style);
+
+} // namespace app::authoring

@@ -1,0 +1,162 @@
+#include "app/authoring/yaml_reader.h"
+
+#include <fmt/format.h>
+
+#include <charconv>
+#include <cmath>
+
+namespace app::authoring {
+
+void YamlFile::complain(const YAML::Node &node, const std::string &text)
+{
+    const YAML::Mark mark = node.IsDefined() ? node.Mark() : YAML::Mark::null_mark();
+    complaints.push_back({path, mark.is_null() ? 0 : mark.line + 1,
+                          mark.is_null() ? 0 : mark.column + 1, text});
+}
+
+std::optional<double> asNumber(const YAML::Node &node)
+{
+    if (!node.IsDefined() || !node.IsScalar()) return {};
+    const std::string &text = node.Scalar();
+    double value = 0.0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value)) return {};
+    return value;
+}
+
+Mapping::Mapping(YamlFile &file, YAML::Node node, std::string what)
+    : m_file(file), m_node(std::move(node)), m_what(std::move(what))
+{
+    if (m_node.IsDefined() && !m_node.IsMap() && !m_node.IsNull())
+        m_file.complain(m_node, m_what + " must be a mapping of keys to values");
+}
+
+Mapping::~Mapping()
+{
+    for (const std::string &key : unasked())
+        m_file.complain(m_node[key], fmt::format("{}: unknown key \"{}\"", m_what, key));
+}
+
+bool Mapping::has(const std::string &key)
+{
+    m_asked.insert(key);
+    return m_node.IsMap() && m_node[key].IsDefined();
+}
+
+YAML::Node Mapping::node(const std::string &key)
+{
+    return has(key) ? m_node[key] : YAML::Node(YAML::NodeType::Undefined);
+}
+
+void Mapping::complain(const std::string &key, const std::string &text)
+{
+    m_file.complain(has(key) ? m_node[key] : m_node, fmt::format("{}: {}: {}", m_what, key, text));
+}
+
+void Mapping::require(const std::string &key, const std::string &remedy)
+{
+    if (!has(key)) m_file.complain(m_node, fmt::format("{} lacks {}: {}", m_what, key, remedy));
+}
+
+std::optional<std::string> Mapping::text(const std::string &key)
+{
+    if (!has(key)) return {};
+    const YAML::Node value = m_node[key];
+    if (value.IsNull()) return std::string();
+    if (value.IsScalar()) return value.Scalar();
+    complain(key, "must be a text");
+    return {};
+}
+
+std::optional<double> Mapping::number(const std::string &key)
+{
+    if (!has(key)) return {};
+    const auto value = asNumber(m_node[key]);
+    if (!value) complain(key, "must be a number");
+    return value;
+}
+
+std::optional<int> Mapping::integer(const std::string &key)
+{
+    const auto value = number(key);
+    if (!value) return {};
+    if (*value != std::floor(*value) || std::abs(*value) > 2147483647.0) {
+        complain(key, "must be a whole number");
+        return {};
+    }
+    return static_cast<int>(*value);
+}
+
+std::optional<int> Mapping::word(const std::string &key, std::initializer_list<Word> words)
+{
+    const auto value = text(key);
+    if (!value) return {};
+    std::string choices;
+    for (const Word &word : words) {
+        if (*value == word.word) return word.code;
+        choices += choices.empty() ? word.word : std::string(", ") + word.word;
+    }
+    complain(key, fmt::format("\"{}\" is none of {}", *value, choices));
+    return {};
+}
+
+std::optional<std::vector<double>> Mapping::numbers(const std::string &key, std::size_t least,
+                                                    std::size_t most)
+{
+    if (!has(key)) return {};
+    const YAML::Node list = m_node[key];
+    std::vector<double> values;
+    if (list.IsScalar() && least <= 1) {
+        if (const auto value = asNumber(list)) return std::vector{*value};
+    } else if (list.IsSequence() && list.size() >= least && list.size() <= most) {
+        for (const YAML::Node &item : list)
+            if (const auto value = asNumber(item)) values.push_back(*value);
+        if (values.size() == list.size()) return values;
+    }
+    complain(key, least == most ? fmt::format("must be a list of {} numbers", least)
+                                : fmt::format("must be {} to {} numbers", least, most));
+    return {};
+}
+
+std::optional<std::vector<std::string>> Mapping::texts(const std::string &key)
+{
+    if (!has(key)) return {};
+    const YAML::Node list = m_node[key];
+    if (!list.IsSequence()) {
+        const auto one = text(key);
+        return one ? std::optional(std::vector{*one}) : std::nullopt;
+    }
+    std::vector<std::string> values;
+    for (const YAML::Node &item : list) {
+        if (item.IsScalar())
+            values.push_back(item.Scalar());
+        else if (item.IsNull())
+            values.emplace_back();
+        else
+            complain(key, "must be a list of texts");
+    }
+    return values;
+}
+
+std::vector<std::pair<std::string, YAML::Node>> Mapping::entries()
+{
+    std::vector<std::pair<std::string, YAML::Node>> found;
+    if (!m_node.IsMap()) return found;
+    for (const auto &entry : m_node) {
+        m_asked.insert(entry.first.Scalar());
+        found.emplace_back(entry.first.Scalar(), entry.second);
+    }
+    return found;
+}
+
+std::vector<std::string> Mapping::unasked() const
+{
+    std::vector<std::string> keys;
+    if (!m_node.IsMap()) return keys;
+    for (const auto &entry : m_node) {
+        if (!m_asked.contains(entry.first.Scalar())) keys.push_back(entry.first.Scalar());
+    }
+    return keys;
+}
+
+} // namespace app::authoring

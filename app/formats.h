@@ -1,0 +1,22 @@
+// Formats on sheets: what stamp, format and block share.
+#pragma once
+
+#include "app/workspace.h"
+
+#include <string>
+
+namespace app {
+
+struct FormatName {
+    std::string format;
+    std::string size;
+};
+
+FormatName parseFormatName(const std::string &text); // "ISO/A3"
+// Units of a loaded format's definition; a Problem that lists the formats when there is none.
+int unitsOf(const FormatName &name);
+// Places the format on the sheet, then the blocks that only the site's settings require.
+void placeFormat(const Workspace &work, const SheetRef &sheet, const FormatName &name);
+std::string placeOf(const Workspace &work, const SheetRef &sheet); // "a.qdraw, sheet S1"
+
+} // namespace app

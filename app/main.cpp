@@ -1,0 +1,70 @@
+// qelfmt: drawing formats from the command line.
+#include "app/authoring/complaints.h"
+#include "app/output.h"
+#include "app/problem.h"
+#include "app/verbs.h"
+
+#include "ug_exception.hxx"
+
+#include <fmt/format.h>
+
+#include <cstdio>
+
+namespace {
+
+void addOptions(CLI::App &parser, app::Options &options)
+{
+    parser.add_flag("--json", options.json, "Results as JSON");
+    parser.add_flag("-q,--quiet", options.quiet, "No notes, only results and errors");
+    parser.add_flag("-n,--dry-run", options.dryRun, "Do everything but save");
+    parser.add_option("--defs", options.definitions,
+                      "Folder with format_defs, patterns and config (repeatable)");
+    parser.fallthrough();
+}
+
+int run(const std::function<int()> &chosen)
+{
+    try {
+        return chosen();
+    } catch (const app::Problem &problem) {
+        fmt::print(stderr, "qelfmt: {}\n", problem.what());
+        return problem.status();
+    } catch (const app::authoring::Complaints &complaints) {
+        fmt::print(stderr, "{}\n", complaints.what());
+    } catch (const UgException &failure) {
+        fmt::print(stderr, "qelfmt: {} ({})\n", failure.askErrorText(), failure.askErrorCode());
+    } catch (const std::exception &failure) {
+        fmt::print(stderr, "qelfmt: {}\n", failure.what());
+    }
+    return app::kInput;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    CLI::App parser("Drawing formats on CAD drawing sheets", "qelfmt");
+    parser.require_subcommand(1);
+    parser.set_version_flag("--version", "qelfmt 1.0.0");
+    parser.footer("Exit status: 0 fine, 1 findings, 2 usage, 3 input.");
+    app::Options options;
+    addOptions(parser, options);
+
+    std::function<int()> chosen;
+    const app::Command command{parser, options, chosen};
+    app::addStampVerb(command);
+    app::addPartVerbs(command);
+    app::addSheetVerbs(command);
+    app::addFormatVerbs(command);
+    app::addBlockVerbs(command);
+    app::addFieldVerbs(command);
+    app::addRenderVerb(command);
+    app::addInfoVerb(command);
+    app::addDefinitionVerbs(command);
+    try {
+        parser.parse(argc, argv);
+    } catch (const CLI::ParseError &error) {
+        return parser.exit(error) == 0 ? app::kFine : app::kUsage;
+    }
+    return run(chosen);
+}

@@ -1,0 +1,50 @@
+// The host and the library, started for one command, and the part it works on.
+#pragma once
+
+#include "app/options.h"
+
+#include "uf_defs.h"
+
+#include <string>
+#include <vector>
+
+namespace app {
+
+struct SheetRef {
+    tag_t tag;
+    std::string name;
+};
+
+// A command works on the open part and saves it last, so that one that fails changes no file.
+class Workspace {
+public:
+    // Definitions are looked for in the folders of --defs; without them along the platform's search
+    // directories, or in the installed share folder.
+    explicit Workspace(const Options &options, bool loadDefinitions = true);
+    ~Workspace();
+    Workspace(const Workspace &) = delete;
+    Workspace &operator=(const Workspace &) = delete;
+
+    void open(const std::string &path);
+    void create(const std::string &path, int units); // in memory until it is saved
+    void save();
+    void saveAs(const std::string &path);
+    tag_t part() const { return m_part; }
+    int units() const; // 1 millimetres, 2 inches
+    const std::string &path() const { return m_path; }
+
+    std::vector<SheetRef> sheets() const;
+    // Opens the named sheet; an empty name is the only sheet of the part, or a Problem that lists them.
+    SheetRef openSheet(const std::string &name);
+    // A sheet of that name, current; its size is set by the format placed on it.
+    SheetRef addSheet(const std::string &name);
+
+private:
+    tag_t m_part = NULL_TAG;
+    std::string m_path;
+};
+
+// Raises the library's last error as a Problem, with `context` ("drawing.qdraw, sheet S1") before it.
+void checkLibrary(int status, const std::string &context);
+
+} // namespace app
