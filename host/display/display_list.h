@@ -6,8 +6,7 @@
 #include <variant>
 #include <vector>
 
-namespace host::display
-{
+namespace host::display {
 
 struct Place {
     double x = 0.0;

@@ -10,12 +10,10 @@
 #include <string>
 #include <vector>
 
-namespace host::display
-{
+namespace host::display {
 
 // The text names the file or object and says what can be done.
-class RenderError : public std::runtime_error
-{
+class RenderError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
