@@ -68,7 +68,7 @@ Part &Session::adoptPart(std::unique_ptr<Part> adopted,
                          std::vector<std::unique_ptr<Object>> objects)
 {
     Part &part = *m_parts.emplace_back(std::move(adopted));
-    part.tag = newTag();
+    if (!part.tag) part.tag = newTag(); // a loaded one has its tag: texts may refer to it
     m_inner->partsByTag[part.tag] = &part;
     for (auto &owned : objects) {
         Object &object = *owned;

@@ -1,0 +1,117 @@
+#include "database.h"
+
+#include "pack.h"
+
+#include <sqlite3.h>
+
+namespace host::store {
+
+Database::Database(const std::string &path, int flags, const char *vfs) : m_path(path)
+{
+    if (sqlite3_open_v2(path.c_str(), &m_handle, flags | SQLITE_OPEN_NOMUTEX, vfs) != SQLITE_OK) {
+        const StoreError error = errorOf(m_handle, path);
+        sqlite3_close(m_handle);
+        throw error;
+    }
+    sqlite3_db_config(m_handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(m_handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+}
+
+Database::~Database() { sqlite3_close(m_handle); }
+
+void Database::check(int result)
+{
+    if (result != SQLITE_OK) fail();
+}
+
+void Database::fail() { throw errorOf(m_handle, m_path); }
+
+void Database::run(const char *sql)
+{
+    check(sqlite3_exec(m_handle, sql, nullptr, nullptr, nullptr));
+}
+
+std::int64_t Database::number(const char *sql)
+{
+    Statement statement(*this, sql);
+    return statement.next() ? statement.integer() : 0;
+}
+
+// --- statements ---------------------------------------------------------------------------------
+
+Statement::Statement(Database &database, std::string_view sql) : m_database(database)
+{
+    database.check(sqlite3_prepare_v2(database.handle(), sql.data(), static_cast<int>(sql.size()),
+                                      &m_statement, nullptr));
+}
+
+Statement::~Statement() { sqlite3_finalize(m_statement); }
+
+void Statement::bind(std::int64_t value)
+{
+    m_database.check(sqlite3_bind_int64(m_statement, ++m_column, value));
+}
+
+void Statement::bindText(std::string_view value)
+{
+    ++m_column;
+    m_database.check(value.empty() ? sqlite3_bind_null(m_statement, m_column)
+                                   : sqlite3_bind_text64(m_statement, m_column, value.data(),
+                                                         value.size(), SQLITE_STATIC, SQLITE_UTF8));
+}
+
+void Statement::bindBlob(std::string_view value)
+{
+    ++m_column;
+    m_database.check(value.empty() ? sqlite3_bind_null(m_statement, m_column)
+                                   : sqlite3_bind_blob64(m_statement, m_column, value.data(),
+                                                         value.size(), SQLITE_STATIC));
+}
+
+void Statement::run()
+{
+    if (sqlite3_step(m_statement) != SQLITE_DONE) m_database.fail();
+    restart();
+}
+
+void Statement::restart()
+{
+    sqlite3_reset(m_statement);
+    m_column = 0;
+}
+
+bool Statement::next()
+{
+    m_column = 0;
+    const int result = sqlite3_step(m_statement);
+    if (result == SQLITE_ROW) return true;
+    if (result != SQLITE_DONE) m_database.fail();
+    return false;
+}
+
+std::int64_t Statement::integer()
+{
+    const int column = m_column++;
+    if (sqlite3_column_type(m_statement, column) != SQLITE_INTEGER)
+        throw Malformed{"a value is not an integer"};
+    return sqlite3_column_int64(m_statement, column);
+}
+
+std::string_view Statement::text() { return value(SQLITE_TEXT, "a value is not a text"); }
+
+std::string_view Statement::blob() { return value(SQLITE_BLOB, "a value is not a blob"); }
+
+std::string_view Statement::value(int type, const char *otherwise)
+{
+    const int column = m_column++;
+    const int found = sqlite3_column_type(m_statement, column);
+    if (found == SQLITE_NULL) return {};
+    if (found != type) throw Malformed{otherwise};
+    const void *data = sqlite3_column_blob(m_statement, column);
+    const int size = sqlite3_column_bytes(m_statement, column);
+    if (!data || size <= 0) throw Malformed{"an empty value is not stored as NULL"};
+    m_bytesRead += static_cast<std::size_t>(size);
+    return {static_cast<const char *>(data), static_cast<std::size_t>(size)};
+}
+
+} // namespace host::store

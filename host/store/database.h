@@ -1,0 +1,66 @@
+// SQLite, held by objects that close it. Every failure becomes a StoreError that names the file.
+#pragma once
+
+#include "errors.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace host::store {
+
+class Database {
+public:
+    Database() = default;
+    // `flags` as for sqlite3_open_v2; `path` is also what messages name.
+    Database(const std::string &path, int flags, const char *vfs = nullptr);
+    ~Database();
+    Database(const Database &) = delete;
+    Database &operator=(const Database &) = delete;
+
+    void run(const char *sql);
+    std::int64_t number(const char *sql); // first column of the first row
+    [[noreturn]] void fail();             // with what SQLite says
+    void check(int result);               // SQLITE_OK or fail()
+    sqlite3 *handle() const { return m_handle; }
+    const std::string &path() const { return m_path; }
+
+private:
+    std::string m_path;
+    sqlite3 *m_handle = nullptr;
+};
+
+class Statement {
+public:
+    Statement(Database &database, std::string_view sql);
+    ~Statement();
+    Statement(const Statement &) = delete;
+    Statement &operator=(const Statement &) = delete;
+
+    // Binding goes left to right, from the first column again after run().
+    void bind(std::int64_t value);
+    void bindText(std::string_view value); // nothing is NULL; the bytes must live until run()
+    void bindBlob(std::string_view value);
+    void run();  // a statement without rows
+    bool next(); // steps to the next row
+    void restart();
+
+    // Reading goes left to right in the row; a value of another type is damage (Malformed).
+    std::int64_t integer();
+    std::string_view text();
+    std::string_view blob();
+    std::size_t bytesRead() const { return m_bytesRead; }
+
+private:
+    std::string_view value(int type, const char *otherwise);
+
+    Database &m_database;
+    sqlite3_stmt *m_statement = nullptr;
+    int m_column = 0;
+    std::size_t m_bytesRead = 0;
+};
+
+} // namespace host::store

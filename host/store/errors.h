@@ -1,0 +1,19 @@
+// The StoreErrors that more than one place raises. Each names the file, the trouble and the remedy.
+#pragma once
+
+#include "part_store.h"
+
+#include <string>
+
+struct sqlite3;
+
+namespace host::store {
+
+StoreError notFound(const std::string &path);
+StoreError notAPart(const std::string &path, const std::string &what);
+StoreError damaged(const std::string &path, const std::string &what);
+StoreError cannotRead(const std::string &path, const std::string &what);
+StoreError cannotWrite(const std::string &path, const std::string &what);
+StoreError errorOf(sqlite3 *database, const std::string &path); // of its last failed call
+
+} // namespace host::store

@@ -1,0 +1,18 @@
+// A part as the bytes of a database file.
+#pragma once
+
+#include "model/object.h"
+
+#include <cstdint>
+#include <string>
+
+namespace host::store {
+
+struct Image {
+    std::string bytes;
+    std::int64_t root; // checksum of the part's own row: stands for the whole content
+};
+
+Image imageOf(const Part &part);
+
+} // namespace host::store

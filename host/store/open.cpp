@@ -1,0 +1,89 @@
+#include "open.h"
+
+#include "pack.h"
+#include "schema.h"
+
+#include "uf_part.h"
+
+#include <iterator>
+#include <sqlite3.h>
+
+namespace host::store {
+
+namespace {
+
+constexpr int kHeaderSize = 100;
+
+// The database's own header, read through the connection's file and under its lock.
+class Header {
+public:
+    explicit Header(Database &database)
+    {
+        sqlite3_file *file = nullptr;
+        database.check(
+            sqlite3_file_control(database.handle(), "main", SQLITE_FCNTL_FILE_POINTER, &file));
+        if (!file || !file->pMethods || file->pMethods->xFileSize(file, &m_size) != SQLITE_OK ||
+            m_size < kHeaderSize ||
+            file->pMethods->xRead(file, m_bytes, kHeaderSize, 0) != SQLITE_OK)
+            throw damaged(database.path(), "its beginning cannot be read");
+    }
+
+    std::int64_t size() const { return m_size; }
+    std::int64_t pageSize() const { return m_bytes[16] * 256 + m_bytes[17]; }
+    std::int64_t pages() const { return at(28); }
+    std::int64_t encoding() const { return at(56); }
+    std::int64_t version() const { return at(60); }
+    std::int64_t applicationId() const { return at(68); }
+
+private:
+    std::int64_t at(int offset) const
+    {
+        std::int64_t value = 0;
+        for (int i = 0; i < 4; ++i) value = value << 8 | m_bytes[offset + i];
+        return value;
+    }
+
+    unsigned char m_bytes[kHeaderSize] = {};
+    sqlite3_int64 m_size = 0;
+};
+
+// The tables are exactly ours, letter by letter: no other table, no view, no trigger.
+void verifyTables(Database &database)
+{
+    Statement select(database, "SELECT type,name,sql FROM sqlite_schema ORDER BY rowid");
+    try {
+        for (std::size_t i = 0; i < std::size(kTables); ++i)
+            if (!select.next() || select.text() != "table" || select.text() != kTables[i] ||
+                select.text() != kCreate[i])
+                throw Malformed{"its tables are not those of a part"};
+        if (select.next()) throw Malformed{"it has tables that no part has"};
+    } catch (const Malformed &trouble) {
+        throw damaged(database.path(), trouble.what);
+    }
+}
+
+} // namespace
+
+std::int64_t verifyFormat(Database &database)
+{
+    const std::string &path = database.path();
+    const Header header(database);
+    if (header.applicationId() != kApplicationId)
+        throw notAPart(path, "it is another program's database");
+    if (header.version() > kVersion)
+        throw StoreError{UF_PART_err_newer_version,
+                         path + ": the part was saved by a newer version (file version " +
+                             std::to_string(header.version()) + ", this program reads up to " +
+                             std::to_string(kVersion) +
+                             "). Open it with that version or a later one."};
+    if (header.version() < 1 || header.encoding() != 1 || header.pageSize() != kPageSize)
+        throw damaged(path, "its header has impossible values");
+    if (header.size() != header.pages() * header.pageSize())
+        throw damaged(path, "it is " + std::to_string(header.size()) + " bytes long where " +
+                                std::to_string(header.pages() * header.pageSize()) +
+                                " were stored");
+    verifyTables(database);
+    return header.size();
+}
+
+} // namespace host::store

@@ -1,0 +1,15 @@
+// Opening a part's database and telling what is not one.
+#pragma once
+
+#include "database.h"
+
+namespace host::store {
+
+// How long a reader or a second writer waits for one who is saving.
+inline constexpr int kPatienceMilliseconds = 2000;
+
+// After the first read: application id, version, encoding, size and tables are those of a part of
+// this version. Throws StoreError. Result: the size of the file.
+std::int64_t verifyFormat(Database &database);
+
+} // namespace host::store
