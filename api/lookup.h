@@ -30,7 +30,7 @@ FoundEntry findEntry(unsigned tag, const char *block_id, const char *table_id, i
 
 // The missing field's text ends "on block." for the editability functions and "on table." for the value
 // functions; callers rely on both.
-boost::shared_ptr<TrFieldBase> findFieldOf(const TrEntryBase &entry, const char *field_id,
+boost::shared_ptr<TrFieldBase> findFieldOf(TrEntryBase &entry, const char *field_id,
                                            const char *where);
 
 // The first block of the format with that identifier; empty when there is none.
