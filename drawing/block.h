@@ -20,15 +20,13 @@ class TrFieldDefV1;
 class TrTableBase;
 class TrTableDefV1;
 
-namespace QelFmt
-{
+namespace QelFmt {
 struct LocationInfoType;
 }
 
 // The behaviour, whatever generation the record is of. The format links to the block; the block
 // links to its private copy of the definition, its fields and its tables, and owns its pattern.
-class QELFMT_API TrBlockBase : public LumUg::UDO
-{
+class QELFMT_API TrBlockBase : public LumUg::UDO {
 public:
     using Fields = std::vector<boost::shared_ptr<TrFieldBase>>;
     using Tables = std::vector<boost::shared_ptr<TrTableBase>>;
@@ -94,20 +92,22 @@ private:
     void checkForNewFields();
     void checkForRemovedFields();
 
-    void placeAt(const Point2 &point, const std::string &name);
+    void placeAt(const Point2 &point);
+    void rememberLocation(const std::string &name);
     void placeByDefinition();
+    void locateChildren();
     void moveChildren();
-    void applyDefinition(const boost::shared_ptr<TrBlockDefV1> &def);
+
+    void followDefinition(const TrBlockDefV1 &disk);
     void pairFields(const TrBlockDefV1 &def);
     void pairTables(const TrBlockDefV1 &def);
-    void keepRecordsInUse(TrBlockDefV1 &old);
+    void dropOldDefinition(TrBlockDefV1 &old);
     void upgradeFields();
     void upgradeTables();
 };
 
 // The current generation.
-class QELFMT_API TrBlockV1 : public TrBlockBase
-{
+class QELFMT_API TrBlockV1 : public TrBlockBase {
 public:
     // The stored layout. Parts in the field hold these indices: append, never renumber.
     static constexpr LumUg::StringSlot kBlockDefName{0, "BlockDefName"};
@@ -156,8 +156,7 @@ public:
 };
 
 // The older generation: read, and converted on first access. It has no copy of its definition.
-class QELFMT_API ZemBlockV1 : public TrBlockBase
-{
+class QELFMT_API ZemBlockV1 : public TrBlockBase {
 public:
     static constexpr LumUg::StringSlot kBlockDefName{0, "BlockDefName"};
     static constexpr LumUg::DoubleSlot kX{0, "X"};

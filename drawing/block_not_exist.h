@@ -5,8 +5,7 @@
 
 #include <stdexcept>
 
-class QELFMT_API TrBlockNotExist : public std::runtime_error
-{
+class QELFMT_API TrBlockNotExist : public std::runtime_error {
 public:
     TrBlockNotExist();
     ~TrBlockNotExist() override;

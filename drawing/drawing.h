@@ -10,8 +10,7 @@
 
 #include <string>
 
-namespace LumUg
-{
+namespace LumUg {
 class UDO;
 }
 class TrFormatBase;
@@ -20,8 +19,7 @@ class TrFormatSizeV1;
 
 // Knows the sheet's tag and the one format that stands on it. Handles are shared and cached by tag
 // for the life of the process: every access to a sheet meets the same object.
-class QELFMT_API TrDrawing
-{
+class QELFMT_API TrDrawing {
 public:
     // The handle of a sheet; tag 0 is the current sheet of the work part.
     static boost::shared_ptr<TrDrawing> getDrawing(unsigned int tag);
@@ -52,12 +50,15 @@ public:
     std::string zone(const Point3 &point) const;
 
 private:
+    enum class Search { toDo, running, done };
+
     explicit TrDrawing(unsigned int tag);
+    void settleFormat();
     void initFormat();
     boost::shared_ptr<TrFormatBase> findFormat() const;
     void forgetDeadFormat() const;
 
     boost::shared_ptr<TrFormatBase> m_format;
     unsigned int m_tag;
-    bool m_formatSettled = false; // searched for, and brought to the current generation
+    mutable Search m_search = Search::toDo; // for the format, and its upgrade
 };

@@ -20,15 +20,13 @@ class TrFormatDefV1;
 class TrFormatSizeV1;
 class UgTypedObject;
 
-namespace QelFmt
-{
+namespace QelFmt {
 struct LocationInfoType;
 }
 
 // The behaviour, whatever generation the record is of. A format may be unbound: a sheet without a
 // format is answered with one. The first write makes the record.
-class QELFMT_API TrFormatBase : public LumUg::UDO
-{
+class QELFMT_API TrFormatBase : public LumUg::UDO {
 public:
     using AddBlockCallback = Base::Functor<int(const char *, const char *)>;
     using Blocks = std::vector<boost::shared_ptr<TrBlockBase>>;
@@ -111,15 +109,16 @@ protected:
 
 private:
     void setSheetSize(const TrFormatSizeV1 &size);
-    void relocateRetained(const boost::shared_ptr<TrBlockBase> &block);
-    bool upgradeBlocks();
+    void relocateRetained(TrBlockBase &block);
+    void followDefinition(const TrFormatDefV1 &disk);
+    bool upgradeBlocks(); // true when a block was replaced
+    void replaceBlock(TrBlockBase &old, const TrBlockBase &fresh);
 
     static AddBlockCallback mAddBlockCB;
 };
 
 // The current generation.
-class QELFMT_API TrFormatV1 : public TrFormatBase
-{
+class QELFMT_API TrFormatV1 : public TrFormatBase {
 public:
     // The stored layout. Parts in the field hold these indices: append, never renumber.
     static constexpr LumUg::StringSlot kFormatDefName{0, "FormatDefName"};
@@ -138,7 +137,7 @@ public:
     LumUg::UDOClass *GetUDOClass() const override;
     std::string GetFormatDefName() const override;
     void SetFormatDefName(const std::string &name) override;
-    UgTypedObject *GetDrawing() const override; // null when there is none
+    UgTypedObject *GetDrawing() const override; // without one: an error
     void SetDrawing(const UgTypedObject *drawing) override;
     TrBlockBase *createBlock() override;
     std::string GetSizeName() const override;

@@ -10,8 +10,7 @@
 
 // A thin wrapper of one pattern in the work part. Whoever makes the pattern takes it into its owned
 // objects; the wrapper itself belongs to the object table and is never deleted by callers.
-class QELFMT_API ZemPattern : public UgDisplayableObject
-{
+class QELFMT_API ZemPattern : public UgDisplayableObject {
 public:
     // The platform's type of patterns.
     static constexpr int kObjectType = 10;

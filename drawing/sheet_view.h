@@ -3,8 +3,7 @@
 
 #include "uf_defs.h"
 
-namespace LumUg
-{
+namespace LumUg {
 class UDO;
 }
 

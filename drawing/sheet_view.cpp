@@ -1,0 +1,35 @@
+#include "drawing/sheet_view.h"
+
+#include "drawing/format.h"
+#include "drawing/hierarchy.h"
+
+#include "uf_draw.h"
+#include "uf_view.h"
+#include "ug_exception.hxx"
+
+namespace {
+
+// NULL_TAG for a record that hangs below no format.
+tag_t sheetOf(const LumUg::UDO &udo)
+{
+    if (const auto *format = dynamic_cast<const TrFormatBase *>(&udo))
+        return format->GetDrawing()->getTag();
+    const tag_t format = formatAbove(udo.tag());
+    if (format == NULL_TAG) return NULL_TAG;
+    const auto above = boost::dynamic_pointer_cast<TrFormatBase>(LumUg::UDO::Create(format));
+    return above ? above->GetDrawing()->getTag() : NULL_TAG;
+}
+
+} // namespace
+
+void putOnSheetOf(const LumUg::UDO &udo, tag_t object)
+{
+    const tag_t sheet = sheetOf(udo);
+    tag_t current = NULL_TAG;
+    UgException::throwOnFailure(UF_DRAW_ask_current_drawing(&current));
+    if (sheet == NULL_TAG || sheet == current) return;
+
+    tag_t view = NULL_TAG;
+    UgException::throwOnFailure(UF_DRAW_ask_view_of_drawing(sheet, &view));
+    UgException::throwOnFailure(UF_VIEW_convert_to_view(view, object));
+}
