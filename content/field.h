@@ -85,7 +85,7 @@ public:
     virtual void ModifyValue(const Value &lines);
     virtual void SetDefinition(const TrFieldDefV1 &def);
     virtual void RecreateNote();
-    virtual boost::shared_ptr<TrFieldDefV1> GetDefinition() const; // unbound when there is none
+    virtual TrFieldDefV1 GetDefinition() const; // unbound when there is none
     virtual int GetIsEditable() const;
     virtual void SetIsEditable(int editable);
     virtual void RemoveDraftingObjects(bool keepNote); // released, not deleted
@@ -103,6 +103,9 @@ public:
     void Move();               // the note to the stored point
     // The borders of a box of signed height; nothing while it has no width or no height.
     void UpdateBorders(double h);
+    // The borders of a field that stands in a block: as high as its cell, or as its text in a cell
+    // without a height; downwards where the text hangs below its point.
+    void fitBorders();
     BaseLocationCmd &getBaseLocationCmd() { return m_baseLocationCmd; }
 
     // --- value ----------------------------------------------------------------------------------
@@ -116,6 +119,9 @@ public:
 
     // --- against a new definition, and older generations ------------------------------------------
     void UpdateDefinition(const TrFieldDefV1 &def);
+    // Makes this field the keeper of the definition it links to, for a definition that is about to
+    // lose its block. The next SetDefinition deletes it.
+    void keepDefinition();
     // A view on this record when it is current, else the record that replaces it.
     boost::shared_ptr<TrFieldBase> checkAndUpgrade();
     boost::shared_ptr<TrFieldBase> upgrade();
@@ -177,7 +183,7 @@ public:
     void ModifyValue(const Value &lines) override;
     void SetDefinition(const TrFieldDefV1 &def) override;
     void RecreateNote() override;
-    boost::shared_ptr<TrFieldDefV1> GetDefinition() const override;
+    TrFieldDefV1 GetDefinition() const override;
     int GetIsEditable() const override;
     void SetIsEditable(int editable) override;
     void RemoveDraftingObjects(bool keepNote) override;

@@ -83,6 +83,9 @@ public:
 
     // --- against a new definition, and older generations ------------------------------------------
     void UpdateDefinition(const TrTableDefV1 &def);
+    // Makes this table the keeper of the definition it links to, for a definition that is about to
+    // lose its block. The next SetDefinition deletes it.
+    void keepDefinition();
     // A view on this record when it is current, else the record that replaces it. Rows and their
     // fields are brought to their current generation too, each in the place of the old one.
     boost::shared_ptr<TrTableBase> checkAndUpgrade();
