@@ -39,7 +39,8 @@ DllExport int UF_ATTR_find_attribute(tag_t object, int type, char *title, int *t
 DllExport int UF_ATTR_delete(tag_t object, int type, char *title);
 DllExport int UF_ATTR_delete_all(tag_t object, int type);
 DllExport int UF_ATTR_count_attributes(tag_t object, int type, int *count);
-/* Start with *index 0; title takes 51 bytes; *index is 0 again at the end. */
+/* Start with *index 0; title takes 51 bytes; *index is 0 again at the end. The string of each value
+   is allocated: free it with UF_free. */
 DllExport int UF_ATTR_cycle(tag_t object, int *index, int type, char title[51],
                             UF_ATTR_value_p_t value);
 

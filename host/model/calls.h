@@ -47,7 +47,8 @@ std::string_view messageOf(int code);
 // Memory handed out to callers, tracked until it is given back with UF_free.
 void *allocate(std::size_t bytes);
 char *allocateText(std::string_view text);
-void release(void *block); // foreign and double frees are counted, not executed
+std::size_t sizeOfBlock(const void *block); // 0 for a foreign one
+void release(void *block);                  // foreign and double frees are counted, not executed
 // A block of UF_UDOBJ_ask_udo_data; its return answers false, and counts a bad free, when the block
 // was not taken or was returned before.
 void dataBlockTaken(const void *block);

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace host {
@@ -12,7 +13,7 @@ namespace host {
 namespace {
 
 struct Memory {
-    std::unordered_set<const void *> blocks;
+    std::unordered_map<const void *, std::size_t> blocks; // with their sizes
     std::unordered_set<const void *> dataBlocks;
     std::size_t badFrees = 0;
 };
@@ -27,9 +28,10 @@ Memory &memory()
 
 void *allocate(std::size_t bytes)
 {
-    void *block = std::malloc(bytes ? bytes : 1);
+    const std::size_t size = bytes ? bytes : 1;
+    void *block = std::malloc(size);
     if (!block) throw std::bad_alloc();
-    memory().blocks.insert(block);
+    memory().blocks.emplace(block, size);
     return block;
 }
 
@@ -39,6 +41,12 @@ char *allocateText(std::string_view text)
     std::memcpy(copy, text.data(), text.size());
     copy[text.size()] = '\0';
     return copy;
+}
+
+std::size_t sizeOfBlock(const void *block)
+{
+    const auto found = memory().blocks.find(block);
+    return found == memory().blocks.end() ? 0 : found->second;
 }
 
 void release(void *block)

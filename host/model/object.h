@@ -215,7 +215,7 @@ struct Part {
     Ordered objects;                       // all that are alive or condemned
     std::map<std::size_t, Ordered> byKind; // by index of the body's alternative
     std::map<ClassId, Ordered> udosByClass;
-    std::map<Tag, Ordered> byView;                      // by the view they depend on; 0: the model's
+    std::map<Tag, Ordered> byView; // by the view they depend on; 0: the model's
     std::map<std::string, Ordered, std::less<>> byName; // named objects
 };
 

@@ -85,6 +85,7 @@ public:
     };
     std::vector<Inbound> linksTo(Tag target) const;
     void addLink(Object &udo, int type, Tag target);
+    void addLinks(Object &udo, const std::vector<Link> &links); // all or none; types and targets
     void replaceLinks(Object &udo, std::size_t index, int type,
                       Tag target); // keeps place and sequence
     // Rewrites the links from `first` on, all at once: an array that is only put into another order

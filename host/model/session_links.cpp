@@ -102,13 +102,18 @@ void Session::Inner::checkTarget(const Object &udo, int type, Tag target)
     host::require(!linked.as<Udo>() || !reaches(target, udo.tag), UF_err_link_cycle);
 }
 
-void Session::addLink(Object &udo, int type, Tag target)
+void Session::addLink(Object &udo, int type, Tag target) { addLinks(udo, {Link{type, target}}); }
+
+void Session::addLinks(Object &udo, const std::vector<Link> &links)
 {
-    m_inner->checkTarget(udo, type, target);
+    for (const Link &link : links) m_inner->checkTarget(udo, link.type, link.target);
+    if (links.empty()) return;
     changing(udo, "links");
-    const Link link{type, target, 0, udo.part->nextLinkSequence++};
-    udo.as<Udo>()->links.push_back(link);
-    m_inner->indexLink(udo, link);
+    for (const Link &asked : links) {
+        const Link link{asked.type, asked.target, 0, udo.part->nextLinkSequence++};
+        udo.as<Udo>()->links.push_back(link);
+        m_inner->indexLink(udo, link);
+    }
 }
 
 void Session::replaceLinks(Object &udo, std::size_t index, int type, Tag target)
@@ -122,14 +127,23 @@ void Session::rewriteLinks(Object &udo, std::size_t first, const std::vector<Lin
     auto &stored = udo.as<Udo>()->links;
     host::require(first <= stored.size() && links.size() <= stored.size() - first,
                   UF_err_count_mismatch);
-    for (const Link &link : links) m_inner->checkTarget(udo, link.type, link.target);
-    if (links.empty()) return;
+    const auto unchanged = [&](std::size_t i) {
+        const Link &place = stored[first + i];
+        return place.type == links[i].type && place.target == links[i].target;
+    };
+    std::vector<std::size_t> changed;
+    for (std::size_t i = 0; i < links.size(); ++i) {
+        if (unchanged(i)) continue;
+        m_inner->checkTarget(udo, links[i].type, links[i].target);
+        changed.push_back(i);
+    }
+    if (changed.empty()) return;
     changing(udo, "links");
     std::vector<Tag> letGo;
-    for (std::size_t i = 0; i < links.size(); ++i) {
+    for (const std::size_t i : changed) {
         Link &place = stored[first + i];
         m_inner->unindexLink(place);
-        if (place.type == 2 && place.target != links[i].target) letGo.push_back(place.target);
+        if (place.type == 2) letGo.push_back(place.target);
         place = {links[i].type, links[i].target, 0, place.sequence};
         m_inner->indexLink(udo, place);
     }

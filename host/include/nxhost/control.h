@@ -54,6 +54,8 @@ DllExport std::size_t badFrees();               // double frees and frees of for
 DllExport void setStrictDrawingInfo(bool strict);
 // Unknown fonts are refused or accepted (default).
 DllExport void setRejectUnknownFonts(bool reject);
+// Attribute titles over 50 and values over 132 characters are refused or accepted (default).
+DllExport void setStrictLimits(bool strict);
 // Off: UF_initialize fails with UF_err_program_not_initialized.
 DllExport void setInterfaceAvailable(bool available);
 // Seconds; replaces the clock of the timers. An empty function restores the real one.
@@ -74,7 +76,7 @@ DllExport std::size_t zeroLengthRefusals(); // lines refused since the last rese
 
 // --- driving ---------------------------------------------------------------------------------
 DllExport void runInfoCallback(tag_t udo);
-DllExport void touch(tag_t object);   // marks links to it out of date
+DllExport void touch(tag_t object);    // marks links to it out of date
 DllExport void updatePart(tag_t part); // runs the update callbacks of out-of-date links
 DllExport UgTypedObject *createDerived(const std::string &class_name); // null when unknown
 
