@@ -37,6 +37,7 @@ void Session::setAttribute(Tag tag, const std::string &title, const std::string 
     const auto found =
         std::find_if(attributes.begin(), attributes.end(),
                      [&](const Attribute &attribute) { return attribute.title == title; });
+    if (found != attributes.end() && found->value == value) return;
     if (Part *part = findPart(tag))
         changing(*part, "attribute");
     else

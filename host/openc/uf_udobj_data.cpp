@@ -30,6 +30,15 @@ void append(tag_t udo, std::vector<Stored> Udo::*family, const char *what, unsig
     stored.insert(stored.end(), values, values + n);
 }
 
+// By their bits: writing a NaN over the same NaN changes nothing.
+template <class T> bool sameStored(const std::vector<T> &a, const std::vector<T> &b)
+{
+    if constexpr (std::is_arithmetic_v<T>)
+        return std::memcmp(a.data(), b.data(), a.size() * sizeof(T)) == 0;
+    else
+        return a == b;
+}
+
 // Brings no count: as many values are read as are stored.
 template <class Stored, class Given>
 void replace(tag_t udo, std::vector<Stored> Udo::*family, const char *what, Given values[])
@@ -40,8 +49,10 @@ void replace(tag_t udo, std::vector<Stored> Udo::*family, const char *what, Give
     if constexpr (std::is_same_v<Given, char *>)
         for (std::size_t i = 0; i < stored.size(); ++i)
             host::require(values[i] != nullptr, UF_err_bad_parameter_number_2);
+    std::vector<Stored> given(values, values + stored.size());
+    if (sameStored(given, stored)) return;
     Session::get().changing(Session::get().require(udo), what);
-    stored.assign(values, values + stored.size());
+    stored = std::move(given);
 }
 
 template <class Stored> void clear(tag_t udo, std::vector<Stored> Udo::*family, const char *what)
