@@ -10,6 +10,7 @@
 #include "foundation/log.h"
 
 #include "uf.h"
+#include "ug_exception.hxx"
 
 #include <algorithm>
 #include <map>

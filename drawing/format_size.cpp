@@ -6,6 +6,7 @@
 #include "foundation/log.h"
 
 #include "uf_draw.h"
+#include "ug_exception.hxx"
 
 namespace {
 
