@@ -29,8 +29,10 @@ extern "C" int TRV_FMT_set_table_value(unsigned drawing, const char *block_id, c
         requireArgument(value);
         const auto lines = linesOf(*value);
         const FoundEntry row = findEntry(drawing, block_id, table_id, entry);
-        findFieldOf(*row.entry, field_id, "table")->ModifyValue(lines);
-        row.table->restackAfter(*row.entry);
+        const auto field = findFieldOf(*row.entry, field_id, "table");
+        const double height = row.entry->CalcHeight();
+        field->ModifyValue(lines);
+        row.table->restackAfter(*row.entry, height);
     });
 }
 
