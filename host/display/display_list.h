@@ -50,7 +50,7 @@ struct TextItem {
     double charSpace = 1.0; // factor, see host/model/text_metrics.h
     int color = 7;
     std::string font;   // its name in the part; every name is drawn with the drafting font
-    unsigned group = 0; // lines of one object share it, so that they are read together
+    unsigned group = 0; // lines of one note share it, so that they are read together
 };
 
 using Item = std::variant<LineItem, ArcItem, FillItem, TextItem>;

@@ -1,6 +1,7 @@
 #include "display/face.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 
 #include FT_OUTLINE_H
@@ -144,6 +145,9 @@ Face::Face(const std::string &file, int index) : m_file(file), m_index(index)
     m_family = m_face->family_name ? m_face->family_name : "";
     const char *name = FT_Get_Postscript_Name(m_face);
     m_postScriptName = name ? name : "Font";
+    for (char &c :
+         m_postScriptName) // it becomes a name in PDF, where few characters stand for themselves
+        if (!std::isalnum(static_cast<unsigned char>(c)) && c != '-' && c != '_') c = '-';
 }
 
 Face::~Face() { FT_Done_Face(m_face); }

@@ -39,8 +39,8 @@ ShapedText Shaper::shape(const TextItem &item)
             continue;
         }
         const Character &known = find(character);
-        text.glyphs.push_back({known.face, known.glyph, character, 0, x + known.shift, 0.0,
-                               known.stretch, known.advance - known.shift});
+        text.glyphs.push_back({known.is, known.use, x + known.shift, 0.0, known.stretch,
+                               known.advance - known.shift});
         x += known.advance;
         text.width = x;
         x += text.gap;
@@ -57,10 +57,13 @@ const Shaper::Character &Shaper::find(char32_t character)
     FontBook &book = FontBook::get();
     const Face *face = book.faceFor(character);
     if (face != &book.drafting()) noteSubstitution(character, face);
-    found.face = face ? face : &book.drafting();
-    found.glyph = found.face->glyphOf(character); // 0, the box, when nobody has it
+    const Face *drawn = face ? face : &book.drafting();
+    found.is = {drawn, drawn->glyphOf(character), character,
+                0}; // glyph 0, a box, when nobody has it
+    found.use = m_uses.size();
+    m_uses.push_back(found.is);
     found.advance = metricAdvance(character);
-    const double natural = found.face->advance(found.glyph);
+    const double natural = drawn->advance(found.is.glyph);
     constexpr double same = 1e-4; // the table of metrics is rounded
     if (natural > found.advance + same && found.advance > 0.0)
         found.stretch = found.advance / natural;
@@ -82,22 +85,15 @@ void Shaper::noteSubstitution(char32_t character, const Face *face)
 void Shaper::placeMark(char32_t mark, ShapedText &text)
 {
     PlacedGlyph &base = text.glyphs.back();
-    const Face &drafting = FontBook::get().drafting();
-    const char32_t one = base.mark == 0 ? composed(base.character, mark) : 0;
-    if (one != 0 && drafting.glyphOf(one) != 0) {
-        base.face = &drafting;
-        base.glyph = drafting.glyphOf(one);
-        base.mark = mark;
-        return;
-    }
+    if (base.is.mark == 0 && compose(base, mark)) return;
 
     const Character &known = find(mark);
-    const GlyphShape &under = base.face->shape(base.glyph);
-    const GlyphShape &over = known.face->shape(known.glyph);
-    const double underUnit = 1.0 / base.face->capitalHeight(),
-                 overUnit = 1.0 / known.face->capitalHeight();
+    const GlyphShape &under = base.is.face->shape(base.is.glyph);
+    const GlyphShape &over = known.is.face->shape(known.is.glyph);
+    const double underUnit = 1.0 / base.is.face->capitalHeight();
+    const double overUnit = 1.0 / known.is.face->capitalHeight();
     const double middle = base.x + base.stretch * (under.left + under.right) * underUnit / 2.0;
-    PlacedGlyph placed{known.face, known.glyph, mark, 0, 0.0, 0.0, 1.0, 0.0};
+    PlacedGlyph placed{known.is, known.use, 0.0, 0.0, 1.0, 0.0};
     placed.x = middle - (over.left + over.right) * overUnit / 2.0;
     constexpr double clearance = 0.08;
     const double top = base.y + under.top * underUnit + clearance;
@@ -105,6 +101,18 @@ void Shaper::placeMark(char32_t mark, ShapedText &text)
     if (above) placed.y = std::max(0.0, top - over.bottom * overUnit);
     placed.advance = base.x + base.advance - placed.x;
     text.glyphs.push_back(placed);
+}
+
+bool Shaper::compose(PlacedGlyph &base, char32_t mark)
+{
+    const Face &drafting = FontBook::get().drafting();
+    const char32_t one = composed(base.is.character, mark);
+    if (one == 0 || drafting.glyphOf(one) == 0) return false;
+    base.is = {&drafting, drafting.glyphOf(one), base.is.character, mark};
+    const auto [known, isNew] = m_composed.try_emplace({base.is.character, mark}, m_uses.size());
+    if (isNew) m_uses.push_back(base.is);
+    base.use = known->second;
+    return true;
 }
 
 } // namespace host::display

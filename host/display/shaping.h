@@ -6,16 +6,23 @@
 #include "display/font_book.h"
 #include "display/render.h"
 
+#include <map>
 #include <unordered_map>
 #include <vector>
 
 namespace host::display {
 
-struct PlacedGlyph {
+// A glyph and what it stands for: two characters drawn by one glyph stay two.
+struct GlyphUse {
     const Face *face = nullptr;
     unsigned glyph = 0;
     char32_t character = 0;
     char32_t mark = 0; // composed into the glyph; 0 none
+};
+
+struct PlacedGlyph {
+    GlyphUse is;
+    std::size_t use = 0; // place in Shaper::uses()
     double x = 0.0;
     double y = 0.0;
     double stretch = 1.0; // of its width: a stand-in wider than the metrics say is narrowed
@@ -34,11 +41,12 @@ class Shaper {
 public:
     ShapedText shape(const TextItem &item);
     const std::vector<Substitution> &substitutions() const { return m_substitutions; }
+    const std::vector<GlyphUse> &uses() const { return m_uses; } // each once, by first use
 
 private:
     struct Character {
-        const Face *face = nullptr;
-        unsigned glyph = 0;
+        GlyphUse is;
+        std::size_t use = 0;
         double advance = 0.0;
         double stretch = 1.0;
         double shift = 0.0; // a narrower stand-in is centred in its place
@@ -46,8 +54,11 @@ private:
     const Character &find(char32_t character);
     void noteSubstitution(char32_t character, const Face *face);
     void placeMark(char32_t mark, ShapedText &text);
+    bool compose(PlacedGlyph &base, char32_t mark);
 
     std::unordered_map<char32_t, Character> m_characters;
+    std::map<std::pair<char32_t, char32_t>, std::size_t> m_composed; // uses of letters with marks
+    std::vector<GlyphUse> m_uses;
     std::vector<Substitution> m_substitutions;
 };
 

@@ -30,7 +30,6 @@ public:
     void add(const Object &object)
     {
         if (object.status != Status::alive || object.appearance.blanked || hidden(object)) return;
-        m_group = static_cast<unsigned>(object.ordinal);
         m_fonts = ownFonts();
         if (const auto *line = object.as<Line>()) addLine(*line, object.appearance, m_sheet);
         if (const auto *arc = object.as<Arc>()) addArc(*arc, object.appearance, m_sheet);
@@ -96,7 +95,8 @@ private:
 
     void addNote(const Note &note, const Frame &frame)
     {
-        TextBox box{{}, note.lettering, frame(note.origin), fontName(note.lettering.font), m_group};
+        TextBox box{
+            {}, note.lettering, frame(note.origin), fontName(note.lettering.font), ++m_group};
         for (const std::string &line : note.lines) box.lines.push_back(shown(line));
         box.lettering.size = frame.length(note.lettering.size);
         box.lettering.angle += frame.turn() + (note.orientation == 1 ? 90.0 : 0.0);
@@ -113,7 +113,7 @@ private:
                         shown(symbol.upper),
                         shown(symbol.lower),
                         fontName(symbol.lettering.font),
-                        m_group};
+                        ++m_group};
         seen.lettering.size = m_sheet.length(symbol.lettering.size);
         appendSymbol(seen, m_list.items);
     }
@@ -147,7 +147,7 @@ private:
     const Frame m_sheet;
     DisplayList &m_list;
     const std::vector<std::string> *m_fonts = nullptr; // names that indexes refer to
-    unsigned m_group = 0;
+    unsigned m_group = 0;                              // a note, also one within a pattern
 };
 
 } // namespace

@@ -1,0 +1,285 @@
+#include "display/svg_painter.h"
+
+#include <cmath>
+#include <cstdio>
+#include <numbers>
+
+#include "display/numbers.h"
+#include "display/utf8.h"
+
+namespace host::display {
+
+void appendXml(std::string &xml, char32_t character)
+{
+    switch (character) {
+    case U'<':
+        xml += "&lt;";
+        break;
+    case U'>':
+        xml += "&gt;";
+        break;
+    case U'&':
+        xml += "&amp;";
+        break;
+    case U'"':
+        xml += "&quot;";
+        break;
+    default:
+        if (character < 0x20 || character == 0xfffe || character == 0xffff) character = 0xfffd;
+        appendUtf8(xml, character);
+    }
+}
+
+void appendXml(std::string &xml, std::string_view utf8)
+{
+    for (std::size_t at = 0; at < utf8.size();) appendXml(xml, nextCharacter(utf8, at));
+}
+
+SvgPainter::SvgPainter(const DisplayList &list, const RenderOptions &options)
+    : m_monochrome(options.monochrome), m_height(list.height)
+{
+    head(list, options);
+}
+
+void SvgPainter::head(const DisplayList &list, const RenderOptions &options)
+{
+    std::string width, height;
+    appendNumber(width, list.width);
+    appendNumber(height, list.height);
+    m_svg = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" "
+            "width=\"" +
+            width + "mm\" height=\"" + height + "mm\" viewBox=\"0 0 " + width + ' ' + height +
+            "\">\n<title>";
+    appendXml(m_svg, options.title.empty() ? list.sheet : options.title);
+    m_svg += "</title>\n";
+    if (!options.subject.empty()) {
+        m_svg += "<desc>";
+        appendXml(m_svg, options.subject);
+        m_svg += "</desc>\n";
+    }
+    // Kerning and ligatures are off because the host's metrics, by which texts were placed, have none.
+    m_svg += "<style>path{fill:none;stroke:#000;stroke-linecap:round;stroke-linejoin:round}"
+             "text{font-family:";
+    m_svg += FontBook::get().drafting().family();
+    m_svg += ",sans-serif;font-kerning:none;font-variant-ligatures:none;white-space:pre}</style>\n"
+             "<rect width=\"" +
+             width + "\" height=\"" + height + "\" fill=\"#fff\"/>\n";
+}
+
+void SvgPainter::point(Place place)
+{
+    appendNumber(m_svg, place.x);
+    m_svg += ' ';
+    appendNumber(m_svg, m_height - place.y);
+}
+
+void SvgPainter::color(const char *attribute, Rgb value)
+{
+    if (value == Rgb{}) return; // black is the default
+    char text[48];
+    std::snprintf(text, sizeof text, " %s=\"#%02x%02x%02x\"", attribute, value.r, value.g, value.b);
+    m_svg += text;
+}
+
+void SvgPainter::endPath()
+{
+    if (m_inPath) m_svg += "\"/>\n";
+    m_inPath = false;
+}
+
+void SvgPainter::setStroke(const Pen &pen)
+{
+    Stroke stroke = strokeOf(pen, m_monochrome);
+    if (m_inPath && stroke == m_stroke) return;
+    endPath();
+    m_stroke = std::move(stroke);
+    m_svg += "<path stroke-width=\"";
+    appendNumber(m_svg, m_stroke.width);
+    m_svg += '"';
+    // As a style, because the sheet's own rule would win over an attribute.
+    std::string style;
+    if (m_stroke.color != Rgb{}) {
+        char text[24];
+        std::snprintf(text, sizeof text, "stroke:#%02x%02x%02x", m_stroke.color.r, m_stroke.color.g,
+                      m_stroke.color.b);
+        style += text;
+    }
+    if (!m_stroke.dashes.empty()) {
+        style += style.empty() ? "" : ";";
+        style += "stroke-linecap:butt;stroke-dasharray:";
+        for (std::size_t i = 0; i < m_stroke.dashes.size(); ++i) {
+            if (i > 0) style += ' ';
+            appendNumber(style, m_stroke.dashes[i]);
+        }
+    }
+    if (!style.empty()) m_svg += " style=\"" + style + '"';
+    m_svg += " d=\"";
+    m_inPath = true;
+    m_pathEnd = {std::nan(""), 0.0};
+}
+
+void SvgPainter::line(const LineItem &line)
+{
+    setStroke(line.pen);
+    if (m_pathEnd != line.start || !m_stroke.dashes.empty()) {
+        m_svg += 'M';
+        point(line.start);
+    }
+    m_svg += 'L';
+    point(line.end);
+    m_pathEnd = line.end;
+}
+
+void SvgPainter::arc(const ArcItem &arc)
+{
+    setStroke(arc.pen);
+    const double sweep = arc.endAngle - arc.startAngle;
+    const auto at = [&](double degrees) {
+        const double a = degrees * std::numbers::pi / 180.0;
+        return Place{arc.centre.x + arc.radius * std::cos(a),
+                     arc.centre.y + arc.radius * std::sin(a)};
+    };
+    // SVG cannot draw an arc that ends where it begins: a circle is two.
+    const int pieces = std::abs(sweep) > 180.0 ? 2 : 1;
+    m_svg += 'M';
+    point(at(arc.startAngle));
+    for (int i = 1; i <= pieces; ++i) {
+        m_svg += 'A';
+        appendNumber(m_svg, arc.radius);
+        m_svg += ' ';
+        appendNumber(m_svg, arc.radius);
+        m_svg += sweep >= 0.0 ? " 0 0 0 " : " 0 0 1 "; // y points down: counter-clockwise is 0
+        point(at(arc.startAngle + sweep * i / pieces));
+    }
+    if (std::abs(sweep) >= 360.0) m_svg += 'Z';
+    m_pathEnd = {std::nan(""), 0.0};
+}
+
+void SvgPainter::fill(const FillItem &fill)
+{
+    endPath();
+    const Rgb rgb = m_monochrome ? Rgb{} : rgbOf(fill.color);
+    char text[64];
+    std::snprintf(text, sizeof text,
+                  "<path style=\"fill:#%02x%02x%02x;fill-rule:evenodd;stroke:none\" d=\"", rgb.r,
+                  rgb.g, rgb.b);
+    m_svg += text;
+    for (const auto &outline : fill.outlines) {
+        for (std::size_t i = 0; i < outline.size(); ++i) {
+            m_svg += i == 0 ? 'M' : 'L';
+            point(outline[i]);
+        }
+        m_svg += 'Z';
+    }
+    m_svg += "\"/>\n";
+}
+
+void SvgPainter::text(const ShapedText &text)
+{
+    endPath();
+    for (std::size_t begin = 0; begin < text.glyphs.size();) {
+        const PlacedGlyph &first = text.glyphs[begin];
+        std::size_t end = begin + 1;
+        while (end < text.glyphs.size() && text.glyphs[end].is.face == first.is.face &&
+               text.glyphs[end].y == first.y && text.glyphs[end].stretch == first.stretch)
+            ++end;
+        showRun(text, begin, end);
+        begin = end;
+    }
+}
+
+void SvgPainter::transform(const TextItem &item, const PlacedGlyph &first)
+{
+    double s = 0.0, c = 1.0;
+    if (item.angle != 0.0) {
+        s = std::sin(item.angle * std::numbers::pi / 180.0);
+        c = std::cos(item.angle * std::numbers::pi / 180.0);
+    }
+    const double along = first.x * item.size * item.aspect, up = first.y * item.size;
+    const double width = item.aspect * first.stretch;
+    const Place at{item.origin.x + along * c - up * s, item.origin.y + along * s + up * c};
+    if (item.angle == 0.0 && width == 1.0) {
+        m_svg += " x=\"";
+        appendNumber(m_svg, at.x);
+        m_svg += "\" y=\"";
+        appendNumber(m_svg, m_height - at.y);
+        m_svg += '"';
+        return;
+    }
+    m_svg += " transform=\"matrix(";
+    for (const double part : {width * c, -width * s, s, c}) {
+        appendNumber(m_svg, part, 6);
+        m_svg += ' ';
+    }
+    point(at);
+    m_svg += ")\"";
+}
+
+void SvgPainter::showRun(const ShapedText &text, std::size_t begin, std::size_t end)
+{
+    const TextItem &item = *text.item;
+    const PlacedGlyph &first = text.glyphs[begin];
+    const Face &face = *first.is.face;
+    m_svg += "<text";
+    transform(item, first);
+    m_svg += " font-size=\"";
+    appendNumber(m_svg, item.size * face.unitsPerEm() / face.capitalHeight());
+    m_svg += '"';
+    color("fill", m_monochrome ? Rgb{} : rgbOf(item.color));
+    if (&face != &FontBook::get().drafting())
+        m_svg += " style=\"font-family:'" + face.family() + "'\"";
+    m_svg += '>';
+    characters(text, begin, end);
+    m_svg += "</text>\n";
+}
+
+// Where the next character would not be set by the font alone (extra space, a narrower stand-in) or
+// where a renderer would kern against our will, a new position is given.
+void SvgPainter::characters(const ShapedText &text, std::size_t begin, std::size_t end)
+{
+    const TextItem &item = *text.item;
+    const PlacedGlyph &first = text.glyphs[begin];
+    const Face &face = *first.is.face;
+    const bool plain = item.angle == 0.0 && item.aspect * first.stretch == 1.0;
+    double x = first.x;
+    bool inSpan = false;
+    for (std::size_t i = begin; i < end; ++i) {
+        const PlacedGlyph &glyph = text.glyphs[i];
+        constexpr double drift = 2e-3;
+        const bool kerned =
+            i > begin && face.kerning(text.glyphs[i - 1].is.glyph, glyph.is.glyph) != 0;
+        if (kerned || std::abs(glyph.x - x) > drift) {
+            if (inSpan) m_svg += "</tspan>";
+            m_svg += "<tspan x=\"";
+            const double along = (glyph.x - first.x) * item.size;
+            appendNumber(m_svg,
+                         plain ? item.origin.x + glyph.x * item.size : along / first.stretch);
+            m_svg += "\">";
+            inSpan = true;
+            x = glyph.x;
+        }
+        appendXml(m_svg, glyph.is.character);
+        if (glyph.is.mark != 0) appendXml(m_svg, glyph.is.mark);
+        x += glyph.stretch * face.shape(glyph.is.glyph).advance / face.capitalHeight();
+    }
+    if (inSpan) m_svg += "</tspan>";
+}
+
+std::string SvgPainter::finish()
+{
+    endPath();
+    m_svg += "</svg>\n";
+    return std::move(m_svg);
+}
+
+std::string svgOf(const DisplayList &list, const RenderOptions &options, RenderResult *result)
+{
+    Shaper shaper;
+    const Page page = shaped(list, shaper);
+    if (result) result->substitutions = shaper.substitutions();
+    SvgPainter painter(list, options);
+    paint(page, painter);
+    return painter.finish();
+}
+
+} // namespace host::display

@@ -1,0 +1,15 @@
+// A TrueType font of a few glyphs, as PDF embeds it: outlines without hints and no more tables than a
+// PDF reader needs. It is made from outlines, so that it does not matter what kind of font they are of.
+#pragma once
+
+#include "display/face.h"
+
+#include <span>
+#include <string>
+
+namespace host::display {
+
+// Glyph 0 is the font's box for what it lacks; glyph n is glyphs[n - 1].
+std::string trueTypeSubset(const Face &face, std::span<const unsigned> glyphs);
+
+} // namespace host::display
