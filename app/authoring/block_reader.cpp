@@ -50,7 +50,7 @@ private:
     void readProperties()
     {
         SlotValues &slots = m_result.block.slots;
-        slots.strings["Category"] = m_mapping.text("category").value_or("");
+        if (const auto category = m_mapping.text("category")) slots.strings["Category"] = *category;
         slots.strings["Description"] = m_mapping.text("description").value_or("");
         slots.strings["DialogName"] = m_mapping.text("dialog").value_or("");
         slots.lists["ExcludeBlockIds"] =

@@ -82,7 +82,7 @@ private:
         FormatText text;
         text.format.id = id;
         SlotValues &slots = text.format.slots;
-        slots.strings["Category"] = mapping.text("category").value_or("");
+        if (const auto category = mapping.text("category")) slots.strings["Category"] = *category;
         slots.strings["Description"] = mapping.text("description").value_or("");
         slots.strings["SuiteName"] = mapping.text("suite").value_or("");
         slots.ints["Units"] = m_library.units;
