@@ -110,13 +110,14 @@ extern "C" int UF_DRF_ask_draft_aid_text_info(tag_t draft_aid, int *num_text,
     });
 }
 
+// Memory goes back at any time, after the last UF_terminate too.
 extern "C" int UF_DRF_free_text(int num_text, UF_DRF_draft_aid_text_info_t **text_info)
 {
-    return host::call("UF_DRF_free_text", [&] {
-        host::require(text_info, UF_err_bad_parameter_number_2);
-        if (!*text_info) return;
-        for (int i = 0; i < num_text; ++i) freeLines((*text_info)[i]);
-        host::release(*text_info);
-        *text_info = nullptr;
-    });
+    if (const int code = host::enterAnytime("UF_DRF_free_text")) return code;
+    if (!text_info) return UF_err_bad_parameter_number_2;
+    if (!*text_info) return 0;
+    for (int i = 0; i < num_text; ++i) freeLines((*text_info)[i]);
+    host::release(*text_info);
+    *text_info = nullptr;
+    return 0;
 }
