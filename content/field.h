@@ -171,8 +171,11 @@ class QELFMT_API TrFieldV1 : public TrFieldBase {
 public:
     static constexpr LumUg::IntSlot kIsEditable{6, "IsEditable", 1};
     static constexpr LumUg::LinkSlot kDefinition{LumUg::kDefinitionLink, 0, "Definition"};
+    // Only after the block has lost the definition that the field was made from.
+    static constexpr LumUg::ChildList<TrFieldDefV1> kKeptDefinition{LumUg::kChildLink,
+                                                                    "KeptDefinition"};
     static constexpr std::tuple kLayout =
-        std::tuple_cat(FieldSlots::kLayout, std::tuple{kIsEditable, kDefinition});
+        std::tuple_cat(FieldSlots::kLayout, std::tuple{kIsEditable, kDefinition, kKeptDefinition});
     static_assert(LumUg::isDense(kLayout));
 
     TrFieldV1();
@@ -197,6 +200,7 @@ public:
 
 private:
     void deleteNote();
+    void drawBorder(const Point3 &start, const Point3 &end);
 };
 
 // The older generation: it can be read and upgraded, not edited.

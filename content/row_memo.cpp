@@ -1,0 +1,94 @@
+#include "content/row_memo.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace QelFmt {
+
+namespace {
+
+constexpr std::size_t kTablesKept = 64; // beyond that all are forgotten and start anew
+
+struct Memos {
+    std::unordered_map<tag_t, std::unique_ptr<RowMemo>> byTable;
+    std::unordered_map<tag_t, tag_t> tableOf; // entry: table
+};
+
+// Never destroyed: records may be deleted while the process ends.
+Memos &memos()
+{
+    static auto *all = new Memos;
+    return *all;
+}
+
+} // namespace
+
+RowMemo *RowMemo::find(tag_t table)
+{
+    const auto found = memos().byTable.find(table);
+    return found == memos().byTable.end() ? nullptr : found->second.get();
+}
+
+RowMemo &RowMemo::start(tag_t table, std::vector<tag_t> entries)
+{
+    forget(table);
+    if (memos().byTable.size() >= kTablesKept) memos() = Memos();
+    std::unique_ptr<RowMemo> &memo = memos().byTable[table];
+    memo.reset(new RowMemo(table));
+    for (const tag_t entry : entries) memo->append(entry);
+    return *memo;
+}
+
+void RowMemo::forget(tag_t table)
+{
+    const auto found = memos().byTable.find(table);
+    if (found == memos().byTable.end()) return;
+    for (const tag_t entry : found->second->m_entries) memos().tableOf.erase(entry);
+    memos().byTable.erase(found);
+}
+
+void RowMemo::rowChanged(tag_t entry)
+{
+    const auto table = memos().tableOf.find(entry);
+    if (table == memos().tableOf.end()) return;
+    RowMemo &memo = *memos().byTable.at(table->second);
+    const std::size_t index = memo.m_index.at(entry);
+    if (index < memo.m_room.size()) memo.m_changed.insert(index);
+}
+
+void RowMemo::append(tag_t entry)
+{
+    m_index[entry] = m_entries.size();
+    m_entries.push_back(entry);
+    memos().tableOf[entry] = m_table;
+}
+
+std::optional<std::size_t> RowMemo::indexOf(tag_t entry) const
+{
+    const auto found = m_index.find(entry);
+    if (found == m_index.end()) return {};
+    return found->second;
+}
+
+void RowMemo::measureChanged(std::size_t end, const Measure &measure)
+{
+    while (!m_changed.empty() && *m_changed.begin() < end) {
+        const std::size_t row = *m_changed.begin();
+        const double room = measure(m_entries[row]);
+        m_changed.erase(row);
+        if (room == m_room[row]) continue;
+        m_room[row] = room;
+        if (m_before.size() > row + 1) m_before.resize(row + 1); // the sums up to this row hold
+    }
+}
+
+double RowMemo::roomBefore(std::size_t index, const Measure &measure)
+{
+    measureChanged(index, measure);
+    while (m_room.size() < index) m_room.push_back(measure(m_entries[m_room.size()]));
+    while (m_before.size() <= index)
+        m_before.push_back(m_before.back() + m_room[m_before.size() - 1]);
+    return m_before[index];
+}
+
+} // namespace QelFmt
