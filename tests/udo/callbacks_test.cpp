@@ -11,8 +11,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-class Callbacks : public ::testing::Test
-{
+class Callbacks : public ::testing::Test {
 protected:
     Callbacks()
     {

@@ -13,6 +13,7 @@
 #include "definitions/table_def.h"
 #include "drawing/block.h"
 #include "drawing/format.h"
+#include "foundation/qel_object.h"
 #include "udo/class_names.h"
 #include "udo/udo_class.h"
 
@@ -126,5 +127,7 @@ TEST(Registrations, GenerationsShareAFriendlyNameButNotAWrapper)
 
 TEST(Registrations, TheCommonObjectClassIsKnownToThePlatform)
 {
-    EXPECT_NE(nxhost::createDerived("QelObject"), nullptr);
+    const std::unique_ptr<QelObject> made(
+        dynamic_cast<QelObject *>(nxhost::createDerived("QelObject")));
+    EXPECT_TRUE(made);
 }

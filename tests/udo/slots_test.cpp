@@ -3,6 +3,7 @@
 
 #include "tests/support/story.h"
 
+#include <cmath>
 #include <limits>
 
 using namespace LumUg;

@@ -3,6 +3,7 @@
 
 #include "tests/support/story.h"
 
+#include <cmath>
 #include <limits>
 
 using Doubles = std::vector<double>;
@@ -150,8 +151,7 @@ TEST(UdoArrays, ReadingAnEmptyViewRaisesTheTextOfTheReader)
               "UDO::GetString: UDO object has a NULL UgUDO");
     EXPECT_EQ(textThrownBy([&] { probe.GetLength(0); }),
               "UDO::GetLength: UDO object has a NULL UgUDO");
-    EXPECT_EQ(textThrownBy([&] { probe.GetArea(0); }),
-              "UDO::GetArea: UDO object has a NULL UgUDO");
+    EXPECT_EQ(textThrownBy([&] { probe.GetArea(0); }), "UDO::GetArea: UDO object has a NULL UgUDO");
     EXPECT_EQ(textThrownBy([&] { probe.GetVolume(0); }),
               "UDO::GetVolume: UDO object has a NULL UgUDO");
     EXPECT_EQ(textThrownBy([&] { probe.GetLink(2, 0); }),
@@ -236,8 +236,8 @@ TEST(UdoArrays, ValuesSurviveToTheLastBit)
     probe.SetInt(0, std::numeric_limits<int>::min());
     probe.SetString(0, "\xE4\xF6 \x80\xFF \"W\"");
     story.saveAndReopen();
-    const auto views = LumUg::UDO::GetAllUgUDOsOfClass(story.partObject(),
-                                                       Probe::mUDOClass.GetClassId());
+    const auto views =
+        LumUg::UDO::GetAllUgUDOsOfClass(story.partObject(), Probe::mUDOClass.GetClassId());
     ASSERT_EQ(views.size(), 1u);
     const Probe again(views[0]);
     EXPECT_TRUE(std::isnan(again.GetDouble(0)));

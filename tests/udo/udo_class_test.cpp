@@ -71,10 +71,12 @@ TEST(UdoClass, AFailureStopsTheRestAndLeavesTheNameOut)
         std::vector<std::string> not_reached;
     };
     for (const Row &row :
-         {Row{"UF_UDOBJ_create_class", "TEST_FAIL_1",
+         {Row{"UF_UDOBJ_create_class",
+              "TEST_FAIL_1",
               {"UF_UDOBJ_register_delete_cb", "UF_UDOBJ_register_info_obj_cb",
                "UF_UDOBJ_register_update_cb"}},
-          Row{"UF_UDOBJ_register_delete_cb", "TEST_FAIL_2",
+          Row{"UF_UDOBJ_register_delete_cb",
+              "TEST_FAIL_2",
               {"UF_UDOBJ_register_info_obj_cb", "UF_UDOBJ_register_update_cb"}},
           Row{"UF_UDOBJ_register_info_obj_cb", "TEST_FAIL_3", {"UF_UDOBJ_register_update_cb"}},
           Row{"UF_UDOBJ_register_update_cb", "TEST_FAIL_4", {}}}) {

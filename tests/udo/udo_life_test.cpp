@@ -3,10 +3,11 @@
 
 #include "tests/support/story.h"
 
-#include "udo/class_names.h"
+#include "foundation/qel_object.h"
 #include "uf_obj.h"
 #include "ug_line.hxx"
 
+#include <cstring>
 #include <type_traits>
 
 namespace {
@@ -41,8 +42,14 @@ TEST(UdoLife, EveryKindOfWriteMakesTheObject)
         {"volume", [](Probe &p) { p.SetVolume(0, 1); }},
         {"link", [&](Probe &p) { p.SetLink(4, 0, line); }},
         {"owned objects", [](Probe &p) { p.AddOwnedObjects({}); }},
-        {"tail", [](Probe &p) { p.set(LumUg::StringTail{0, "Tail"}, {}); }},
-        {"attribute", [](Probe &p) { p.set(LumUg::AttributeSlot{"ID", "Id"}, "1"); }},
+        {"tail",
+         [](Probe &p) {
+             p.set(LumUg::StringTail{0, "Tail"}, {});
+         }},
+        {"attribute",
+         [](Probe &p) {
+             p.set(LumUg::AttributeSlot{"ID", "Id"}, "1");
+         }},
         {"nothing", [](Probe &p) { p.CreateUDO(); }},
     };
     for (const auto &[name, write] : writes) {
@@ -207,8 +214,7 @@ TEST(UdoLife, AllObjectsOfAClassAreThoseOfTheGivenPart)
     Probe b;
     b.SetInt(0, 2);
     const unsigned id = Probe::mUDOClass.GetClassId();
-    EXPECT_EQ(LumUg::UDO::GetAllUgUDOsOfClass(one, id),
-              std::vector<UgUDO *>{a.GetUdoObject()});
+    EXPECT_EQ(LumUg::UDO::GetAllUgUDOsOfClass(one, id), std::vector<UgUDO *>{a.GetUdoObject()});
     EXPECT_EQ(LumUg::UDO::GetAllUgUDOsOfClass(story.partObject(), id),
               std::vector<UgUDO *>{b.GetUdoObject()});
 }
@@ -217,10 +223,11 @@ TEST(UdoLife, ANullContextIsRefused)
 {
     EXPECT_EQ(textThrownBy([] { LumUg::UDO::GetAllUgUDOsOfClass(nullptr, 1); }),
               "Null context passed to UDO::GetAllUgUDOsOfClass");
-    UgTypedObject *tagless = nxhost::createDerived("QelObject");
-    ASSERT_NE(tagless, nullptr);
+    const std::unique_ptr<QelObject> tagless(
+        dynamic_cast<QelObject *>(nxhost::createDerived("QelObject")));
+    ASSERT_TRUE(tagless);
     EXPECT_EQ(tagless->getTag(), NULL_TAG);
-    EXPECT_EQ(textThrownBy([&] { LumUg::UDO::GetAllUgUDOsOfClass(tagless, 1); }),
+    EXPECT_EQ(textThrownBy([&] { LumUg::UDO::GetAllUgUDOsOfClass(tagless.get(), 1); }),
               "Null context passed to UDO::GetAllUgUDOsOfClass");
 }
 

@@ -135,7 +135,9 @@ TEST(UdoOwned, ARefusedListAddsNothing)
     Probe probe, owner;
     UgLine *taken = newLine();
     owner.AddOwnedObjects({taken});
-    EXPECT_EQ(codeThrownBy([&] { probe.AddOwnedObjects({newLine(), taken}); }),
+    EXPECT_EQ(codeThrownBy([&] {
+                  probe.AddOwnedObjects({newLine(), taken});
+              }),
               UF_err_already_owned);
     EXPECT_TRUE(probe.GetOwnedObjects().empty());
     EXPECT_THROW(probe.AddOwnedObjects({newLine(), nullptr}), UgException);
@@ -180,9 +182,9 @@ TEST(UdoOwned, AreFilteredByTypeWhateverTheirSubtype)
     Story story;
     story.newSheet();
     tag_t note = NULL_TAG, symbol = NULL_TAG;
-    char text[] = "A";
+    char text[] = "A", *lines[] = {text};
     double origin[3] = {10, 10, 0};
-    UgException::throwOnFailure(UF_DRF_create_note(1, &text, origin, 0, &note));
+    UgException::throwOnFailure(UF_DRF_create_note(1, lines, origin, 0, &note));
     UgException::throwOnFailure(
         UF_DRF_create_id_symbol(UF_DRF_sym_circle, text, "", origin, UF_DRF_without_leader,
                                 UF_DRF_leader_attach_screen, nullptr, nullptr, &symbol));
@@ -313,8 +315,8 @@ TEST(UdoChildren, KeepTheirOrderThroughSavingAndReopening)
     for (const int i : {3, 1, 4, 0, 2}) parent.attach(2, children[i]);
     story.saveAndReopen();
     std::vector<int> order;
-    for (UgUDO *udo : LumUg::UDO::GetAllUgUDOsOfClass(story.partObject(),
-                                                      Probe::mUDOClass.GetClassId())) {
+    for (UgUDO *udo :
+         LumUg::UDO::GetAllUgUDOsOfClass(story.partObject(), Probe::mUDOClass.GetClassId())) {
         const Probe view(udo);
         if (view.GetString(0) != "parent") continue;
         for (const auto &child : view.children(kProbes)) order.push_back(child->GetInt(0, -1));
