@@ -10,7 +10,7 @@ struct Options {
     bool json = false;
     bool quiet = false;
     bool dryRun = false;
-    bool where = false;
+    bool verbose = false;
     std::vector<std::string> definitions; // --defs: folders with format_defs, patterns and config
 };
 

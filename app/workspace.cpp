@@ -4,6 +4,8 @@
 #include "app/problem.h"
 
 #include "api/trv_fmt.h"
+#include "base/log.h"
+#include "foundation/log.h"
 #include "lumug/nx_search_file_list.h"
 
 #include "nxhost/start.h"
@@ -15,6 +17,8 @@
 
 #include <boost/filesystem.hpp>
 #include <fmt/format.h>
+#include <spdlog/sinks/stdout_color_sinks.h>
+#include <spdlog/spdlog.h>
 
 #include <cstdlib>
 
@@ -34,10 +38,22 @@ void findPatterns(const Options &options)
     if (!options.definitions.empty()) {
         for (const std::string &folder : options.definitions) add(folder);
     } else if (!std::getenv("UGII_PATDIR")) {
-        for (const auto &place : LumUg::NxSearchFileList("format_defs").places())
-            add(place.folder.parent_path());
+        const LumUg::NxSearchFileList list("format_defs");
+        for (const auto &place : list.places()) add(place.folder.parent_path());
     }
     if (!folders.empty()) check(UF_set_variable("UGII_PATDIR", folders.c_str()));
+}
+
+// --verbose: what the library tells goes to the standard error as it happens.
+void showLog()
+{
+    const auto log = spdlog::stderr_color_mt("qelfmt");
+    log->set_pattern("%T.%e %v");
+    QelFmt::info_log().setOn(true);
+    QelFmt::verbose_log().setOn(true);
+    Base::log::setSink([log](const Base::log::Record &record) {
+        log->info("{}: {}", record.logger, record.text);
+    });
 }
 
 } // namespace
@@ -53,6 +69,7 @@ Workspace::Workspace(const Options &options, bool loadDefinitions)
         }
         LumUg::NxSearchFileList::setSearchDirectories(folders);
     }
+    if (options.verbose) showLog();
     findPatterns(options);
     nxhost::start();
     checkLibrary(QEL_FMT_initialize(loadDefinitions), "start");

@@ -47,6 +47,7 @@ void SvgPainter::head(const DisplayList &list, const RenderOptions &options)
     appendNumber(width, list.width);
     appendNumber(height, list.height);
     m_svg = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" "
+            "xml:space=\"preserve\" "
             "width=\"" +
             width + "mm\" height=\"" + height + "mm\" viewBox=\"0 0 " + width + ' ' + height +
             "\">\n<title>";
@@ -61,7 +62,7 @@ void SvgPainter::head(const DisplayList &list, const RenderOptions &options)
     m_svg += "<style>path{fill:none;stroke:#000;stroke-linecap:round;stroke-linejoin:round}"
              "text{font-family:";
     m_svg += FontBook::get().drafting().family();
-    m_svg += ",sans-serif;font-kerning:none;font-variant-ligatures:none;white-space:pre}</style>\n"
+    m_svg += ",sans-serif;font-kerning:none;font-variant-ligatures:none}</style>\n"
              "<rect width=\"" +
              width + "\" height=\"" + height + "\" fill=\"#fff\"/>\n";
 }

@@ -144,7 +144,7 @@ std::vector<StoredLink> parseLinks(std::string_view stored)
 {
     std::vector<StoredLink> links;
     if (stored.empty()) return links;
-    links.reserve(static_cast<std::size_t>(std::count(stored.begin(), stored.end(), ']')) - 1);
+    links.reserve(static_cast<std::size_t>(std::count(stored.begin(), stored.end(), ']')));
     Scanner in(stored);
     in.take('[');
     do {
