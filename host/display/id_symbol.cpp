@@ -5,6 +5,7 @@
 #include <limits>
 #include <numbers>
 
+#include "display/shaping.h"
 #include "display/text_box.h"
 #include "model/text_metrics.h"
 #include "uf_drf.h"
@@ -182,8 +183,16 @@ private:
             // The smaller text finds more room in a round shape.
             look.aspect *= std::min(1.0, room(line, look, middle) / lineWidth(line, look));
         }
-        const Place origin{m_look.centre.x, m_look.centre.y + middle - look.size / 2.0};
-        appendText({{line}, look, origin, m_look.font, m_look.group}, m_items);
+        const Place middleOfBase{m_look.centre.x, m_look.centre.y + middle - look.size / 2.0};
+        appendText({{line}, look, middleOfBase, m_look.font, m_look.group}, m_items);
+        centreInk(std::get<TextItem>(m_items.back()));
+    }
+
+    // A letter's room is wider on its left than on its right. In a shape that is seen.
+    void centreInk(TextItem &item) const
+    {
+        const InkExtent ink = inkOf(Shaper().shape(item));
+        item.origin.x = m_look.centre.x - (ink.left + ink.right) / 2.0 * item.size * item.aspect;
     }
 
     double room(const std::string &line, const Lettering &look, double middle) const

@@ -48,6 +48,19 @@ ShapedText Shaper::shape(const TextItem &item)
     return text;
 }
 
+InkExtent inkOf(const ShapedText &text)
+{
+    InkExtent extent{text.width, 0.0};
+    for (const PlacedGlyph &glyph : text.glyphs) {
+        const GlyphShape &shape = glyph.is.face->shape(glyph.is.glyph);
+        if (shape.contours.empty()) continue;
+        const double unit = glyph.stretch / glyph.is.face->capitalHeight();
+        extent.left = std::min(extent.left, glyph.x + shape.left * unit);
+        extent.right = std::max(extent.right, glyph.x + shape.right * unit);
+    }
+    return extent.left < extent.right ? extent : InkExtent{0.0, text.width};
+}
+
 const Shaper::Character &Shaper::find(char32_t character)
 {
     const auto [entry, isNew] = m_characters.try_emplace(character);

@@ -36,6 +36,13 @@ struct ShapedText {
     double width = 0.0;
 };
 
+// From the first to the last ink along the baseline, in the space of the glyphs.
+struct InkExtent {
+    double left = 0.0;
+    double right = 0.0;
+};
+InkExtent inkOf(const ShapedText &text);
+
 // Shapes the texts of one file and notes which characters another font had to lend.
 class Shaper {
 public:

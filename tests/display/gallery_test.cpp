@@ -1,0 +1,231 @@
+// One sheet with everything that can be drawn. The pictures stay in the build folder to be looked at.
+#include "paper.h"
+#include "picture.h"
+
+#include <cmath>
+#include <fstream>
+
+using namespace host::display;
+
+namespace {
+
+class Gallery : public Paper {
+protected:
+    tag_t draw()
+    {
+        makeMaster();
+        m_part = newPart("gallery");
+        const tag_t sheet = newSheet("Gallery", 420, 297);
+        frame();
+        sites();
+        angles();
+        shapes();
+        symbols();
+        pens();
+        scripts();
+        patterns();
+        return sheet;
+    }
+
+    static std::string outputFolder()
+    {
+        const std::string folder = std::string(QELFMT_BINARY_DIR) + "/gallery";
+        std::filesystem::create_directories(folder);
+        return folder;
+    }
+
+private:
+    void makeMaster()
+    {
+        const tag_t master = newPart("master");
+        line(0, 0, 20, 0, 9), line(20, 0, 20, 10, 9), line(20, 10, 0, 10, 9), line(0, 10, 0, 0, 9);
+        nxhost::createArc(5, 5, 3, 0, 360);
+        nxhost::createArc(5, 5, 4, 90, 180);
+        nxhost::createFilledArea({{{12, 1}, {18, 1}, {15, 4}}});
+        TextLook small;
+        small.size = 2.5;
+        note({"Master"}, 10.5, 6.5, small);
+        saveAsPattern(master);
+    }
+
+    static void title(const char *text, double x, double y)
+    {
+        TextLook look;
+        look.size = 2.5;
+        look.color = 1;
+        note({text}, x, y, look);
+    }
+
+    static void cross(double x, double y, double reach = 3)
+    {
+        for (const tag_t made :
+             {line(x - reach, y, x + reach, y, 5), line(x, y - reach, x, y + reach, 5)})
+            EXPECT_EQ(UF_OBJ_set_color(made, 4), 0);
+    }
+
+    static void frame()
+    {
+        line(5, 5, 415, 5, 10), line(415, 5, 415, 292, 10);
+        line(415, 292, 5, 292, 10), line(5, 292, 5, 5, 10);
+    }
+
+    static void sites()
+    {
+        title("Sites 1 to 9, two lines, justified left, centre, right by column", 12, 284);
+        for (int site = 1; site <= 9; ++site) {
+            const double x = 40 + (site - 1) % 3 * 45, y = 270 - (site - 1) / 3 * 20;
+            TextLook look;
+            look.site = site;
+            look.justification = (site - 1) % 3 + 1;
+            note({"Site H" + std::to_string(site), "HgH"}, x, y, look);
+            cross(x, y);
+        }
+    }
+
+    static void angles()
+    {
+        title("Angles every 30 degrees about one origin; vertical", 160, 284);
+        for (int i = 0; i < 12; ++i) {
+            TextLook look;
+            look.site = 4;
+            look.angle = 30.0 * i;
+            look.size = 2.5;
+            note({"     angle " + std::to_string(30 * i)}, 205, 250, look);
+        }
+        cross(205, 250);
+        TextLook upright;
+        upright.orientation = 1;
+        note({"vertical", "two lines"}, 250, 235, upright);
+        cross(250, 235);
+    }
+
+    static void shapes()
+    {
+        title("Sizes, aspects, spacing, pitch", 12, 212);
+        double x = 15;
+        for (const double size : {1.8, 2.5, 3.5, 5.0, 7.0, 10.0}) {
+            TextLook look;
+            look.size = size;
+            note({"Hxg"}, x, 195, look);
+            line(x - 2, 195, x + 2.5 * size, 195, 5),
+                line(x - 2, 195 + size, x + 2.5 * size, 195 + size, 5);
+            x += 4 + 2.6 * size;
+        }
+        double y = 187;
+        for (const double aspect : {0.5, 0.75, 1.0, 1.5}) {
+            TextLook look;
+            look.aspect = aspect;
+            note({"aspect " + std::to_string(aspect).substr(0, 4)}, 15, y, look);
+            y -= 6;
+        }
+        y = 187;
+        for (const double space : {0.5, 1.0, 2.0, 4.0}) {
+            TextLook look;
+            look.charSpace = space;
+            note({"spacing " + std::to_string(space).substr(0, 3)}, 60, y, look);
+            y -= 6;
+        }
+        for (const double pitch : {0.5, 1.0, 2.0}) {
+            TextLook look;
+            look.lineSpace = pitch;
+            look.site = 1;
+            note({"pitch", std::to_string(pitch).substr(0, 3), "H"}, 118 + pitch * 14, 190, look);
+        }
+    }
+
+    static void symbols()
+    {
+        title("ID symbols 1 to 12; long texts; tall texts", 180, 212);
+        for (int type = 1; type <= 12; ++type) {
+            const double x = 190 + (type - 1) * 19;
+            symbol(type, "A1", "23", x, 198);
+            symbol(type, "WIDE-1234", "Qjy-9876", x, 180);
+            symbol(type, "H", "H", x, 162, 13, 9);
+        }
+    }
+
+    static void pens()
+    {
+        title("Pens 0, 1, 2, 5 to 13", 12, 152);
+        double y = 148;
+        for (const int width : {0, 1, 2, 5, 6, 7, 8, 9, 10, 11, 12, 13}) {
+            TextLook look;
+            look.size = 2;
+            note({std::to_string(width)}, 12, y - 1, look);
+            line(20, y, 60, y, width), line(60, y, 66, y - 3, width);
+            y -= 4;
+        }
+        title("Line fonts 0 to 7 in pens 5, 0, 10", 75, 152);
+        for (int font = 0; font <= 7; ++font) {
+            TextLook look;
+            look.size = 2;
+            note({std::to_string(font)}, 75, 147 - 6 * font - 1, look);
+            line(80, 148 - 6 * font, 150, 148 - 6 * font, 5, font);
+            line(80, 146 - 6 * font, 150, 146 - 6 * font, 0, font);
+            line(80, 144 - 6 * font, 150, 144 - 6 * font, 10, font);
+        }
+        title("Arcs, areas, colours", 160, 152);
+        nxhost::createArc(175, 138, 10, 0, 360);
+        nxhost::createArc(175, 138, 7, 30, 300);
+        EXPECT_EQ(UF_OBJ_set_font(nxhost::createArc(175, 138, 4, 0, 360), 2), 0);
+        nxhost::createFilledArea({{{190, 128}, {210, 128}, {210, 148}, {190, 148}},
+                                  {{195, 133}, {205, 133}, {205, 143}, {195, 143}}});
+        for (int color = 1; color <= 15; ++color) {
+            const double x = 160 + 4 * color;
+            const tag_t area =
+                nxhost::createFilledArea({{{x, 115}, {x + 3, 115}, {x + 3, 122}, {x, 122}}});
+            EXPECT_EQ(UF_OBJ_set_color(area, color), 0);
+            EXPECT_EQ(UF_OBJ_set_color(line(x, 113, x + 3, 113, 9), color), 0);
+        }
+    }
+
+    static void scripts()
+    {
+        title("Scripts, signs, marks, references", 12, 96);
+        double y = 89;
+        for (const char *text :
+             {"Кириллица, Ελληνικά, Ünïcödé, 技术要求",
+              "\xe2\x8c\x80 42 \xc2\xb1 0.1  45\xc2\xb0  \xc3\x98 \xe2\x89\xa4 \xe2\x88\x9e "
+              "\xce\xbcm",
+              "e\xcc\x81 o\xcc\x88 q\xcc\x8c x\xcc\xb2 a\xcc\x82\xcc\x81",
+              "\xd7\x90 \xe1\x83\x90 \xe2\x84\xb5 \xe2\x9c\x93 \xe2\x86\x92 \xef\xac\x81",
+              "AVATAR To Ty P. F, L- 'kerned' pairs",
+              "$<brackets$> a < b > c <B2>cut<O> <W@NONE>half: <T1!2>",
+              "  two  leading,  double  blanks"}) {
+            note({text}, 12, y);
+            y -= 7;
+        }
+    }
+
+    void patterns()
+    {
+        title("Patterns: as is, x 2, turned 30 degrees, turned 90 and x 1.5", 180, 96);
+        pattern("master", 180, 80), pattern("master", 210, 70, 0, 2);
+        pattern("master", 270, 65, 30), pattern("master", 330, 60, 90, 1.5);
+        for (const auto &[x, y] :
+             {std::pair{180.0, 80.0}, {210.0, 70.0}, {270.0, 65.0}, {330.0, 60.0}})
+            cross(x, y);
+    }
+
+    tag_t m_part = NULL_TAG;
+};
+
+} // namespace
+
+TEST_F(Gallery, TheThreeKindsOfFileAgreePixelByPixel)
+{
+    const tag_t sheet = draw();
+    const std::string base = outputFolder() + "/gallery";
+    RenderOptions options;
+    options.pngDpi = 150;
+    writePng(sheet, base + ".png", options);
+    const RenderResult result = writePdf({sheet}, base + ".pdf", options);
+    writeSvg(sheet, base + ".svg", options);
+    for (const auto &s : result.substitutions)
+        printf("%s: %s %s\n", s.characters.c_str(), s.font.c_str(), s.file.c_str());
+
+    const Picture png = Picture::ofPng(base + ".png", 420);
+    const Picture pdf = Picture::ofPdf(base + ".pdf", 420, 150);
+    const Picture svg = Picture::ofSvg(base + ".svg", 420, 150);
+    printf("%f %f\n", disagreement(png, pdf), disagreement(png, svg));
+}
