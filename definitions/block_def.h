@@ -91,7 +91,7 @@ public:
     void SetCanDelete(int value) { set(kCanDelete, value); }
     int GetShowInMenu() const; // a setting of the site; 1 when there is none
 
-    // --- fields and tables, in link order; unbound or empty when there is none of that id ---------
+    // --- fields and tables, in link order; unbound when there is none of that id - ---------
     std::vector<TrFieldDefV1> GetFieldDefinitions() const;
     TrFieldDefV1 GetFieldDefinition(const std::string &id) const;
     void AddFieldDefinition(const TrFieldDefV1 &field);
@@ -123,9 +123,9 @@ public:
     void Clone(const TrBlockDefV1 &source);
     bool operator==(const TrBlockDefV1 &other) const;
     bool operator!=(const TrBlockDefV1 &other) const { return !(*this == other); }
-    // Empty, the record itself: there is one generation only.
-    boost::shared_ptr<TrBlockDefV1> checkAndUpgrade();
-    boost::shared_ptr<TrBlockDefV1> upgrade();
+    // Empty both: there is one generation only.
+    boost::shared_ptr<TrBlockDefV1> checkAndUpgrade() { return {}; }
+    boost::shared_ptr<TrBlockDefV1> upgrade() { return {}; }
 
     void InfoObject() override;
     LumUg::UDOClass *GetUDOClass() const override { return &mUDOClass; }
@@ -134,5 +134,4 @@ public:
 
 private:
     boost::shared_ptr<TrBlockDefV1> doClone() const;
-    boost::shared_ptr<QelFmt::BlockLocationBase> blockLocationFor(const TrDrawing &drawing) const;
 };

@@ -11,6 +11,8 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <algorithm>
+#include <array>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -51,8 +53,13 @@ public:
     boost::shared_ptr<BlockLocationBase> upgrade();
 
 protected:
-    // The size of the sheet's format, its suite or "Default".
-    static bool isForSheet(const std::string &size_id, const TrDrawing &drawing);
+    // The size ids that fit a sheet: its size, the suite of its size, "Default".
+    using SheetNames = std::array<std::string, 3>;
+    static SheetNames sheetNames(const TrDrawing &drawing);
+    static bool isAmong(const SheetNames &names, const std::string &size_id)
+    {
+        return std::find(names.begin(), names.end(), size_id) != names.end();
+    }
 };
 
 // The current generation: a record for each size.

@@ -53,6 +53,10 @@ public:
     LumUg::UDOClass *GetUDOClass() const override { return &mUDOClass; }
     static LumUg::UDO *CreateInstance();
     static LumUg::UDOClass mUDOClass;
+
+private:
+    void removePoint(unsigned i);
+    bool samePoints(const TrBlockLocationV1 &other) const;
 };
 
 } // namespace QelFmt
