@@ -7,6 +7,7 @@
 #include "uf_drf.h"
 #include "uf_obj.h"
 #include "uf_part.h"
+#include "uf_udobj.h"
 #include "ug_exception.hxx"
 #include "ug_object.hxx"
 
@@ -22,7 +23,9 @@ class DrawingHost : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        if (!UF_is_initialized()) ASSERT_EQ(UF_initialize(), 0);
+        if (!UF_is_initialized()) {
+            ASSERT_EQ(UF_initialize(), 0);
+        }
         nxhost::reset();
         m_allocations = nxhost::outstandingAllocations();
         std::string pattern = (std::filesystem::temp_directory_path() / "drawing_host.XXXXXX");
@@ -74,6 +77,19 @@ protected:
         const tag_t sheet = addSheet(name);
         EXPECT_EQ(UF_DRAW_open_drawing(sheet), 0);
         return sheet;
+    }
+
+    // Of a class that is registered once in the process.
+    static tag_t addRecord()
+    {
+        static const UF_UDOBJ_class_t id = [] {
+            UF_UDOBJ_class_t made = 0;
+            EXPECT_EQ(UF_UDOBJ_create_class("DRAWING_HOST_RECORD", "record", &made), 0);
+            return made;
+        }();
+        tag_t udo = NULL_TAG;
+        EXPECT_EQ(UF_UDOBJ_create_udo(id, &udo), 0);
+        return udo;
     }
 
     static tag_t viewOf(tag_t sheet)
@@ -136,9 +152,9 @@ protected:
     static Preferences preferencesOf(tag_t annotation)
     {
         Preferences all{};
-        EXPECT_EQ(UF_DRF_ask_object_preferences(annotation, all.mpi, all.mpr, all.radius,
-                                                all.diameter),
-                  0);
+        EXPECT_EQ(
+            UF_DRF_ask_object_preferences(annotation, all.mpi, all.mpr, all.radius, all.diameter),
+            0);
         return all;
     }
     static int setPreferences(tag_t annotation, Preferences all)
