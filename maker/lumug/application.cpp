@@ -1,7 +1,6 @@
 #include "lumug/application.h"
 
-namespace LumUg
-{
+namespace LumUg {
 
 Application::Application(const std::string &name) : Lum::App(name) {}
 

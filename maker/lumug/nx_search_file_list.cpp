@@ -6,18 +6,17 @@
 #include <boost/regex.hpp>
 
 #include <algorithm>
+#include <cstdlib>
 #include <dlfcn.h>
 #include <fstream>
 #include <set>
 
-namespace LumUg
-{
+namespace LumUg {
 
 namespace fs = boost::filesystem;
 using boost::system::error_code;
 
-namespace
-{
+namespace {
 
 std::vector<fs::path> &chosenDirectories()
 {
@@ -28,9 +27,11 @@ std::vector<fs::path> &chosenDirectories()
 std::string variable(const std::string &name)
 {
     char *translation = nullptr;
-    // A variable that cannot be translated is a variable that is not set.
-    if (UF_translate_variable(name.c_str(), &translation) != 0 || !translation) return {};
-    return translation;
+    // Without a session the platform translates nothing; the variables are there all the same.
+    const char *value = UF_translate_variable(name.c_str(), &translation) == 0
+                            ? translation
+                            : std::getenv(name.c_str());
+    return value ? value : "";
 }
 
 std::string withVariablesReplaced(std::string text)
