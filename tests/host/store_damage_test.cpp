@@ -1,0 +1,359 @@
+// Damaged, foreign and forged files: each is refused with a message that names the file, what is
+// wrong and what to do, and is left as it was. None brings the process down.
+#include "store_forge.h"
+#include "store_support.h"
+
+#include "nxhost/control.h"
+#include "uf_part.h"
+
+using namespace store_test;
+
+namespace {
+
+class DamagedPart : public testing::Test {
+protected:
+    DamagedPart()
+    {
+        store::writeImage(samplePart(path, 60), path);
+        sound = bytesOf(path);
+        soundListing = listing(*Session::get().parts().back());
+        nxhost::reset();
+    }
+    ~DamagedPart() override { nxhost::reset(); }
+
+    struct Outcome {
+        int code;
+        std::string message;
+    };
+    // 0 when the file was opened; then it must be what was stored.
+    Outcome outcome()
+    {
+        try {
+            Part &part = opened(path);
+            EXPECT_EQ(listing(part), soundListing);
+            Session::get().closePart(part);
+            return {0, {}};
+        } catch (const store::StoreError &error) {
+            EXPECT_EQ(error.message.rfind(path + ": ", 0), 0u) << error.message;
+            EXPECT_EQ(error.message.back(), '.') << error.message;
+            return {error.code, error.message};
+        }
+    }
+    void expectRefused(int code, const std::string &because)
+    {
+        const std::string before = bytesOf(path);
+        const auto names = folder.names();
+        const Outcome result = outcome();
+        EXPECT_EQ(result.code, code) << result.message;
+        EXPECT_NE(result.message.find(because), std::string::npos) << result.message;
+        EXPECT_EQ(bytesOf(path), before);
+        EXPECT_EQ(folder.names(), names);
+    }
+    void forge(const std::string &sql, bool sealed = true)
+    {
+        putBytes(path, sound);
+        Forge smith(path);
+        smith.run(sql);
+        if (sealed) smith.seal();
+    }
+
+    Folder folder;
+    std::string path = folder.file("damaged.prt");
+    std::string sound;
+    std::string soundListing;
+};
+
+} // namespace
+
+// --- not a part -----------------------------------------------------------------------------------
+
+TEST_F(DamagedPart, AMissingFileIsNotFound)
+{
+    fs::remove(path);
+    EXPECT_EQ(outcome().code, UF_PART_err_file_not_found);
+    path = folder.file("no/such/folder.prt");
+    EXPECT_EQ(outcome().code, UF_PART_err_file_not_found);
+}
+
+TEST_F(DamagedPart, WhatIsNoPartSaysSo)
+{
+    putBytes(path, "Dear reader,\nthis is a letter and no part.\n");
+    expectRefused(UF_PART_err_not_a_part, "it is no database");
+    putBytes(path, std::string(20000, 'x'));
+    expectRefused(UF_PART_err_not_a_part, "it is no database");
+    putBytes(path, "");
+    expectRefused(UF_PART_err_not_a_part, "it is empty");
+    fs::remove(path);
+    fs::create_directory(path);
+    EXPECT_EQ(outcome().code, UF_PART_err_not_a_part);
+}
+
+TEST_F(DamagedPart, AnotherProgramsDatabaseIsNoPart)
+{
+    fs::remove(path);
+    Forge(path).run("CREATE TABLE person(name TEXT);INSERT INTO person VALUES('Ada')");
+    expectRefused(UF_PART_err_not_a_part, "another program's database");
+}
+
+TEST_F(DamagedPart, ANewerVersionIsNamed)
+{
+    forge("PRAGMA user_version=2", false);
+    expectRefused(UF_PART_err_newer_version, "saved by a newer version (file version 2");
+}
+
+TEST_F(DamagedPart, TablesOfAnotherShapeAreRefusedBeforeTheyAreRead)
+{
+    for (const char *sql :
+         {"CREATE TABLE extra(a)", "CREATE INDEX i ON object(kind)",
+          "CREATE TRIGGER t AFTER INSERT ON object BEGIN DELETE FROM part; END",
+          "ALTER TABLE object RENAME COLUMN links TO joints", "DROP TABLE pattern_master",
+          // A table that never ends, under the name of ours.
+          "DROP TABLE attribute;CREATE VIEW attribute AS WITH RECURSIVE n(i) AS (SELECT 1 UNION "
+          "ALL "
+          "SELECT i+1 FROM n) SELECT i AS object,i AS position,'' AS title,'' AS value,0 AS "
+          "checksum FROM n"}) {
+        SCOPED_TRACE(sql);
+        forge(sql, false);
+        expectRefused(UF_PART_err_damaged, "tables");
+    }
+}
+
+// --- damage by accident ---------------------------------------------------------------------------
+
+TEST_F(DamagedPart, CutOffAnywhereItIsRefused)
+{
+    for (std::size_t size = sound.size() - 1; size > 97; size -= 97) {
+        putBytes(path, sound.substr(0, size));
+        const int code = outcome().code;
+        ASSERT_TRUE(code == UF_PART_err_damaged || code == UF_PART_err_not_a_part)
+            << size << " of " << sound.size() << " bytes: " << code;
+        ASSERT_EQ(fs::file_size(path), size);
+    }
+}
+
+TEST_F(DamagedPart, GrownAtItsEndItIsRefused)
+{
+    putBytes(path, sound + "x");
+    expectRefused(UF_PART_err_damaged, "bytes long where");
+    putBytes(path, sound + std::string(4096, '\0'));
+    expectRefused(UF_PART_err_damaged, "bytes long where");
+}
+
+// A bit of every value of every row, by SQL: the row is named.
+TEST_F(DamagedPart, AFlippedBitInAnyValueOfAnyRowIsNoticed)
+{
+    const std::pair<const char *, std::vector<const char *>> tables[] = {
+        {"part", {"units", "work_layer", "layers", "next_ordinal", "objects_sum", "checksum"}},
+        {"object",
+         {"ordinal", "kind", "class", "name", "status", "layer", "color", "line_font", "width",
+          "blanked", "view", "owner", "refers", "links", "owned", "texts", "numbers", "checksum"}},
+        {"attribute", {"object", "position", "title", "value", "checksum"}},
+        {"pattern_master", {"id", "file_name", "units", "fonts", "texts", "shapes", "checksum"}}};
+    int flips = 0;
+    for (const auto &[table, columns] : tables)
+        for (const char *column : columns)
+            for (int row = 0; row < 12; ++row) {
+                const std::string name = column;
+                // The last byte of a text or blob gets its lowest bit changed, a number too.
+                const std::string changed =
+                    "CASE typeof(" + name + ") WHEN 'integer' THEN " + name + "+1-2*(" + name +
+                    "&1) WHEN 'text' THEN CAST(substr(CAST(" + name + " AS BLOB),1,length(CAST(" +
+                    name + " AS BLOB))-1)||char(unicode(substr(" + name +
+                    ",-1))+1) AS TEXT) WHEN " + "'blob' THEN CAST(substr(" + name + ",1,length(" +
+                    name + ")-1)||x'7f' AS BLOB)" + " ELSE " + name + " END";
+                forge("UPDATE OR IGNORE " + std::string(table) + " SET " + name + "=" + changed +
+                          " WHERE checksum=(SELECT checksum FROM " + table +
+                          " ORDER BY 1 LIMIT 1 OFFSET " + std::to_string(row) + ")",
+                      false);
+                const Outcome result = outcome();
+                if (result.code == 0) continue; // nothing there to change
+                ++flips;
+                ASSERT_EQ(result.code, UF_PART_err_damaged) << table << '.' << column;
+            }
+    EXPECT_GT(flips, 200);
+}
+
+// Any byte of the file: refused, or nothing of what was stored is touched.
+TEST_F(DamagedPart, AFlippedBitInTheFileNeverChangesWhatIsRead)
+{
+    for (std::size_t at = 0; at < sound.size(); at += 11) {
+        SCOPED_TRACE(at);
+        putByte(path, at, sound[at] ^ (1 << at % 8));
+        outcome();
+        ASSERT_EQ(bytesOf(path)[at], static_cast<char>(sound[at] ^ (1 << at % 8)));
+        putByte(path, at, sound[at]);
+    }
+    EXPECT_EQ(bytesOf(path), sound);
+}
+
+TEST_F(DamagedPart, EveryBitOfTheFileFlippedSoak)
+{
+    const auto step = static_cast<std::size_t>(std::max(1.0, 1.0 / soakShare()));
+    for (std::size_t at = 0; at < sound.size(); at += step) {
+        SCOPED_TRACE(at);
+        for (int bit = 0; bit < 8; ++bit) {
+            putByte(path, at, sound[at] ^ (1 << bit));
+            outcome();
+        }
+        putByte(path, at, sound[at]);
+    }
+    EXPECT_EQ(bytesOf(path), sound);
+}
+
+TEST_F(DamagedPart, SwappedRowsAreNoticed)
+{
+    // All values change places, checksums included; only the keys stay.
+    forge("CREATE TEMP TABLE a AS SELECT * FROM object WHERE kind='line' ORDER BY ordinal LIMIT 2;"
+          "DELETE FROM object WHERE ordinal IN (SELECT ordinal FROM a);"
+          "UPDATE a SET ordinal=(SELECT sum(ordinal) FROM a)-ordinal;"
+          "INSERT INTO object SELECT * FROM a",
+          false);
+    expectRefused(UF_PART_err_damaged, "checksum");
+    // The keys too, which are reached by another way: the rows are in the wrong place of the tree.
+    forge("CREATE TEMP TABLE a AS SELECT * FROM attribute WHERE object>0 LIMIT 2;"
+          "DELETE FROM attribute WHERE object IN (SELECT object FROM a);"
+          "INSERT INTO attribute SELECT object,1-position,title,value,checksum FROM a",
+          false);
+    expectRefused(UF_PART_err_damaged, "checksum");
+}
+
+TEST_F(DamagedPart, LostAndAddedRowsAreNoticed)
+{
+    forge("DELETE FROM object WHERE ordinal=(SELECT max(ordinal) FROM object)", false);
+    expectRefused(UF_PART_err_damaged, "table object has");
+    forge("DELETE FROM attribute WHERE object=0 AND position=2", false);
+    expectRefused(UF_PART_err_damaged, "table attribute has");
+    forge("DELETE FROM part", false);
+    expectRefused(UF_PART_err_damaged, "the part's own row is missing");
+    forge("INSERT INTO part SELECT 2,units,pattern_data,current_sheet,font_table,work_layer,layers,"
+          "next_ordinal,next_link_sequence,objects,objects_sum,attributes,attributes_sum,"
+          "pattern_masters,pattern_masters_sum,checksum FROM part",
+          false);
+    expectRefused(UF_PART_err_damaged, "part 2");
+}
+
+TEST_F(DamagedPart, ARowFromAnOlderStateOfThePartIsNoticed)
+{
+    forge("UPDATE object SET name='older' WHERE ordinal=9");
+    const std::string older = bytesOf(path);
+    const std::string copy = folder.file("older.prt");
+    putBytes(copy, older);
+    forge("ATTACH '" + copy +
+              "' AS older;DELETE FROM object WHERE ordinal=9;"
+              "INSERT INTO object SELECT * FROM older.object WHERE ordinal=9",
+          false);
+    expectRefused(UF_PART_err_damaged, "rows are from another state of the part");
+}
+
+// --- forged: every checksum is right --------------------------------------------------------------
+
+TEST_F(DamagedPart, TheForgersSealIsTheRealOne)
+{
+    forge("UPDATE object SET name=name");
+    EXPECT_EQ(outcome().code, 0);
+}
+
+TEST_F(DamagedPart, ImpossibleContentIsRefusedHoweverWellSealed)
+{
+    struct Row {
+        const char *sql;
+        const char *because;
+    };
+    // Ordinals of the sample: 1 fonts, 2 to 7 sheets and their views, 8 the root UDO; then each
+    // round point, line, arc, area, note, symbol, pattern, child.
+    for (const Row &row : {
+             Row{"UPDATE object SET kind='gear' WHERE ordinal=9", "its kind is unknown"},
+             Row{"UPDATE object SET kind='line' WHERE ordinal=9", "numbers are missing"},
+             Row{"UPDATE object SET kind='point' WHERE ordinal=10", "more numbers than"},
+             Row{"UPDATE object SET status=4 WHERE ordinal=9", "its status is unknown"},
+             Row{"UPDATE object SET status=0 WHERE ordinal=9", "its status is unknown"},
+             Row{"UPDATE object SET layer=257 WHERE ordinal=9", "a layer is not 1 to 256"},
+             Row{"UPDATE object SET layer=0 WHERE ordinal=9", "a layer is not 1 to 256"},
+             Row{"UPDATE object SET color=5000000000 WHERE ordinal=9", "out of range"},
+             Row{"UPDATE object SET color='red' WHERE ordinal=9", "not an integer"},
+             Row{"UPDATE object SET numbers=CAST(numbers AS TEXT) WHERE ordinal=9", "not a blob"},
+             Row{"UPDATE object SET texts='x' WHERE ordinal=9", "its kind does not know"},
+             Row{"UPDATE object SET class='X' WHERE ordinal=9", "its kind does not know"},
+             Row{"UPDATE object SET refers=1 WHERE ordinal=9", "its kind does not know"},
+             Row{"UPDATE object SET ordinal=1000000 WHERE ordinal=9", "out of range"},
+             Row{"UPDATE object SET ordinal=-9 WHERE ordinal=9", "out of range"},
+             Row{"UPDATE object SET view=999 WHERE ordinal=9", "its view 999 is not there"},
+             Row{"UPDATE object SET view=8 WHERE ordinal=9", "its view is no view"},
+             Row{"UPDATE object SET owner=999 WHERE ordinal=9", "its owner 999 is not there"},
+             Row{"UPDATE object SET owner=1 WHERE ordinal=9", "its owner is no UDO"},
+             Row{"UPDATE object SET owner=8 WHERE ordinal=9", "do not agree"},
+             Row{"UPDATE object SET owned='[9,9]' WHERE ordinal=8", "owned by another"},
+             Row{"UPDATE object SET owned='[12,12]',owner=0 WHERE ordinal=16", "owned by another"},
+             Row{"UPDATE object SET owned='[9' WHERE ordinal=8", "a list is malformed"},
+             Row{"UPDATE object SET owned='[]' WHERE ordinal=8", "a number in a list"},
+             Row{"UPDATE object SET owned='[-1]' WHERE ordinal=8", "a number in a list"},
+             Row{"UPDATE object SET links='[[2,999,0,1]]' WHERE ordinal=8", "999 is not there"},
+             Row{"UPDATE object SET links='[[2,1,0,1]]' WHERE ordinal=8", "to the font table"},
+             Row{"UPDATE object SET links='[[5,16,0,1]]' WHERE ordinal=8", "not 1 to 4"},
+             Row{"UPDATE object SET links='[[2,16,0,1],[2,9,0,1]]' WHERE ordinal=8", "order"},
+             Row{"UPDATE object SET links='[[2,16,0,999999]]' WHERE ordinal=8", "order"},
+             Row{"UPDATE object SET links='[[2,9,0,2]]' WHERE ordinal=8", "same sequence"},
+             Row{"UPDATE object SET links='[[2,8,0,1]]' WHERE ordinal=8", "links form a cycle"},
+             Row{"UPDATE object SET links='[[4,8,0,2]]' WHERE ordinal=16", "links form a cycle"},
+             Row{"UPDATE object SET links='2' WHERE ordinal=8", "a list is malformed"},
+             Row{"UPDATE object SET links=']' WHERE ordinal=8", "a list is malformed"},
+             Row{"UPDATE object SET texts='no end' WHERE ordinal=8", "the last text is cut off"},
+             Row{"UPDATE object SET texts='\\x'||char(10) WHERE ordinal=8", "a text is malformed"},
+             Row{"UPDATE object SET texts='\\'||char(10) WHERE ordinal=8", "a text is malformed"},
+             Row{"UPDATE object SET texts='a'||char(10) WHERE kind='id_symbol'", "not two texts"},
+             Row{"UPDATE object SET numbers=x'ffffffff00000000000000000000000000000000' "
+                 "WHERE ordinal=8",
+                 "a count exceeds the stored numbers"},
+             Row{"UPDATE object SET numbers=x'ffffff7f' WHERE kind='area'", "a count exceeds"},
+             Row{"UPDATE object SET numbers=NULL WHERE kind='area'", "numbers are missing"},
+             Row{"UPDATE object SET refers=99 WHERE kind='pattern'", "pattern master is missing"},
+             Row{"UPDATE object SET refers=99 WHERE ordinal=2", "its view 99 is not there"},
+             Row{"UPDATE object SET refers=5 WHERE ordinal=2", "do not belong together"},
+             Row{"UPDATE object SET refers=4 WHERE ordinal=3", "do not belong together"},
+             Row{"UPDATE object SET refers=1 WHERE ordinal=2", "its view is no view"},
+             Row{"UPDATE object SET refers=3 WHERE ordinal=3", "do not belong together"},
+             Row{"UPDATE object SET refers=0 WHERE ordinal=2", "do not belong together"},
+             Row{"UPDATE object SET numbers=CAST(x'09000000'||substr(numbers,5) AS BLOB) WHERE "
+                 "ordinal=2",
+                 "size"},
+             Row{"UPDATE attribute SET object=999 WHERE object=16", "not there"},
+             Row{"UPDATE attribute SET position=position+1 WHERE object=0 AND position=2",
+                 "missing or out of order"},
+             Row{"UPDATE part SET units=3", "the units are unknown"},
+             Row{"UPDATE part SET work_layer=300", "a layer is not 1 to 256"},
+             Row{"UPDATE part SET layers=x'00'", "numbers are missing"},
+             Row{"UPDATE part SET current_sheet=999", "current sheet is not there"},
+             Row{"UPDATE part SET current_sheet=9", "current sheet is no sheet"},
+             Row{"UPDATE part SET font_table=9", "font table is no font table"},
+             Row{"UPDATE part SET next_ordinal=5", "out of range"},
+             Row{"UPDATE part SET next_link_sequence=0", "a counter is below 1"},
+             Row{"UPDATE pattern_master SET shapes=x'ffffffff'", "a count exceeds"},
+             Row{"UPDATE pattern_master SET texts=NULL", "texts of a shape are missing"},
+             Row{"UPDATE pattern_master SET texts=texts||'more'||char(10)", "more texts than"},
+             Row{"UPDATE pattern_master SET id=-1", "below 1"},
+         }) {
+        SCOPED_TRACE(row.sql);
+        forge(row.sql);
+        expectRefused(UF_PART_err_damaged, row.because);
+    }
+}
+
+TEST_F(DamagedPart, OwnersInACircleAreRefused)
+{
+    // 16 and 24 are the UDOs of the first two rounds.
+    forge("UPDATE object SET owner=24,owned='[24]' WHERE ordinal=16;"
+          "UPDATE object SET owner=16,owned='[16]' WHERE ordinal=24;"
+          "UPDATE object SET owner=0 WHERE owner IN (16,24) AND kind<>'udo'");
+    expectRefused(UF_PART_err_damaged, "own each other in a cycle");
+}
+
+TEST_F(DamagedPart, WrongCountsAreRefusedWhenThePartsRowIsSealedAgain)
+{
+    for (const char *column : {"objects", "attributes", "pattern_masters"}) {
+        putBytes(path, sound);
+        Forge smith(path);
+        smith.run("UPDATE part SET " + std::string(column) + "=" + column + "+1000000000000");
+        smith.sealRows("part");
+        expectRefused(UF_PART_err_damaged, "rows where 1000000000");
+    }
+}
