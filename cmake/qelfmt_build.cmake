@@ -66,6 +66,7 @@ function(qelfmt_shared name)
     set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX VERSION ${PROJECT_VERSION}
                           SOVERSION ${PROJECT_VERSION_MAJOR})
     target_link_libraries(${name} PRIVATE qelfmt_flags ${ARG_LIBS})
+    target_link_options(${name} PRIVATE -Wl,--no-undefined)
 endfunction()
 
 # qelfmt_test(NAME DIR folder [LIBS ...]): the GoogleTests of a folder below tests/, run as two ctest

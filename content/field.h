@@ -10,6 +10,7 @@
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
 
+#include <optional>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -131,6 +132,7 @@ protected:
     void CreateNote(const Value &lines);
     UgDisplayableObject *CreateUgNote(const Value &lines);
     void UpdateNote(const Value &lines);
+    void rewriteNote(const Value &lines);
     void SetToDefaultValue();
 
     void BroadcastValue(UgAttributableObject *target, const Value &lines);
@@ -138,10 +140,10 @@ protected:
     // The point that carries a sheet's attributes, made when missing; 0 is the current sheet. Null
     // when no sheet is current.
     UgAttributableObject *GetBroadcastPoint(unsigned drawingTag) const;
+    UgAttributableObject *findBroadcastPoint(unsigned drawingTag) const; // null when missing
     bool getSyncAllDrawings() const;
 
     boost::shared_ptr<TrEntryBase> owningEntry() const; // empty for a field of a block
-    void storeLines(const Value &lines, int storedCount);
     void broadcast(const Value &lines);
     bool hasBorders() const;
     bool hasInitialValue() const;
@@ -153,15 +155,14 @@ private:
 
     std::vector<double> baseLocation() const;
     void putOnTextLayer(UgDisplayableObject &note) const;
-    void rewriteNote(const Value &lines);
     void setUserSymbolSize(double length, double height);
     void refreshNotePrefs();
     void deleteSurplusBorders();
     std::string broadcastTitle() const;
-    Value syncedValue() const;
+    Value valueOnOtherSheets() const;
     Value registryValue() const;
-    Value environmentValue() const;
-    Value attributeDefault(const Value &found) const;
+    Value computeDefault(bool addMissing) const;
+    UgAttributableObject *attributeSource(int defaultType, bool addMissing) const;
 
     BaseLocationCmd m_baseLocationCmd;
 };
@@ -199,6 +200,12 @@ public:
     static LumUg::UDOClass mUDOClass;
 
 private:
+    using StoredLines = std::vector<std::optional<std::string>>; // an attribute each, or none
+
+    void changeValue(const Value &lines);
+    void restore(int count, const StoredLines &attributes, bool hadNote, const Value &noteLines);
+    void storeLines(const Value &lines);
+    void keepInAttributes(const Value &lines); // all of them
     void deleteNote();
     void drawBorder(const Point3 &start, const Point3 &end);
 };

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace {
 
@@ -52,7 +53,13 @@ Segment segmentOf(const Rect &rect, int which)
     }
 }
 
-bool same(const Point3 &a, const Point3 &b) { return a[0] == b[0] && a[1] == b[1] && a[2] == b[2]; }
+// Near enough that a line between them would be refused as one of no length.
+bool same(const Point3 &a, const Point3 &b)
+{
+    constexpr double kNear = 1e-6;
+    return std::abs(a[0] - b[0]) < kNear && std::abs(a[1] - b[1]) < kNear &&
+           std::abs(a[2] - b[2]) < kNear;
+}
 
 // The two ends move one after the other, and the platform refuses a line of no length in between. A
 // line that stays on its height moves its end first; where that order would meet the other end, which
