@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -197,6 +198,16 @@ struct Object {
 // Objects by order of creation.
 using Ordered = std::map<std::uint64_t, Object *>;
 
+// What the part's file holds and what has changed since, so that saving writes the difference. Kept
+// by host/store; while there is no file nothing is noted.
+struct Stored {
+    std::string path;      // empty: neither saved nor loaded
+    std::int64_t root = 0; // stands for the whole content of the file
+    std::map<std::int64_t, std::shared_ptr<const PatternMaster>> masters; // by stored number
+    std::set<std::uint64_t> dirty;                                       // made or changed since
+    std::set<std::uint64_t> removed;                                     // deleted since
+};
+
 struct Part {
     Tag tag = 0;
     std::string path; // absolute
@@ -217,6 +228,16 @@ struct Part {
     std::map<ClassId, Ordered> udosByClass;
     std::map<Tag, Ordered> byView; // by the view they depend on; 0: the model's
     std::map<std::string, Ordered, std::less<>> byName; // named objects
+
+    Stored stored;
+    void noteChange(const Object &object)
+    {
+        if (!stored.path.empty()) stored.dirty.insert(stored.dirty.end(), object.ordinal);
+    }
+    void noteRemoval(const Object &object)
+    {
+        if (!stored.path.empty()) stored.removed.insert(object.ordinal);
+    }
 };
 
 // Type and subtype as uf_object_types.h numbers them.

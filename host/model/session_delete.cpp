@@ -87,6 +87,7 @@ bool Session::Inner::tellHolders(Object &object, Consequences &consequences)
             object.status = Status::condemned;
             if (object.part->currentSheet == object.tag) object.part->currentSheet = 0;
             object.part->modified = true;
+            object.part->noteChange(object);
             return false;
         case 3:
             consequences.updated.push_back({inbound.udo, told});
@@ -138,6 +139,7 @@ void Session::Inner::endUdo(Object &object)
         Object *child = find(tag);
         if (!child) continue;
         child->owner = 0;
+        child->part->noteChange(*child);
         erase(*child);
     }
 }
@@ -150,6 +152,7 @@ void Session::Inner::disown(Object &object)
     auto &owned = owner->as<Udo>()->owned;
     const auto place = std::find(owned.begin(), owned.end(), object.tag);
     if (place != owned.end()) owned.erase(place);
+    owner->part->noteChange(*owner);
     object.owner = 0;
 }
 
@@ -158,6 +161,7 @@ void Session::Inner::retire(Object &object)
     const Tag tag = object.tag;
     record("deleted", object);
     object.part->modified = true;
+    object.part->noteRemoval(object);
     if (object.part->currentSheet == tag) object.part->currentSheet = 0;
     unindex(object);
     object.status = Status::deleted;

@@ -187,7 +187,9 @@ void Session::own(Object &udo, const std::vector<Tag> &objects)
     if (objects.empty()) return;
     changing(udo, "owned objects");
     for (const Tag tag : objects) {
-        require(tag).owner = udo.tag;
+        Object &object = require(tag);
+        object.owner = udo.tag;
+        object.part->noteChange(object);
         udo.as<Udo>()->owned.push_back(tag);
     }
 }
@@ -200,7 +202,10 @@ void Session::release(Object &udo, Tag object)
     host::require(place != owned.end(), UF_err_no_such_link);
     changing(udo, "owned objects");
     owned.erase(place);
-    if (Object *released = find(object)) released->owner = 0;
+    Object *released = find(object);
+    if (!released) return;
+    released->owner = 0;
+    released->part->noteChange(*released);
 }
 
 // --- update -------------------------------------------------------------------------------------
@@ -214,6 +219,8 @@ void Session::Inner::markOutOfDate(Tag target)
         Link *link = linkOf(udo, sequence);
         if (!link || (link->type != 1 && link->type != 3)) continue;
         link->status = 1;
+        const Object &holder = *find(udo);
+        holder.part->noteChange(holder);
         outOfDateTargets.insert(target);
     }
 }
@@ -242,6 +249,7 @@ void Session::updatePart(Part &part)
         Link *link = m_inner->linkOf(callback.udo, sequence);
         if (!link || link->target != callback.link.target) continue;
         link->status = 0;
+        part.noteChange(*find(callback.udo));
         m_inner->runUpdateCallback(callback.udo, callback.link);
     }
 }

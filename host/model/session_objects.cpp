@@ -100,6 +100,7 @@ Object &Session::create(Part &part, Body body)
     m_inner->entries[object.tag].object = std::move(made);
     m_inner->index(object);
     part.modified = true;
+    part.noteChange(object);
     m_inner->record("made", object);
     return object;
 }
@@ -123,6 +124,7 @@ Object &Session::createSheet(Part &part, const std::string &name, const Sheet &i
 void Session::changing(Object &object, std::string_view what)
 {
     object.part->modified = true;
+    object.part->noteChange(object);
     m_inner->markOutOfDate(object.tag);
     m_inner->record(what, object);
 }
