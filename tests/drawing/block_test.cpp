@@ -1,4 +1,5 @@
 #include "definitions/field_def.h"
+#include "definitions/table_def.h"
 #include "drawing/pattern.h"
 #include "tests/drawing/listing.h"
 #include "tests/drawing/stage.h"
@@ -42,7 +43,6 @@ TEST_F(BlockTest, ABlockHasTheFieldsAndTablesOfItsDefinitionInTheirOrder)
     EXPECT_TRUE(block("TITLE")->getTables().empty());
 }
 
-// NAME takes its value only when the whole block stands: its number of lines is written last.
 TEST_F(BlockTest, FieldsAndTablesAreLinkedToTheRecordsOfTheBlocksOwnDefinition)
 {
     const auto rev = placed("REV");
