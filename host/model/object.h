@@ -204,8 +204,8 @@ struct Stored {
     std::string path;      // empty: neither saved nor loaded
     std::int64_t root = 0; // stands for the whole content of the file
     std::map<std::int64_t, std::shared_ptr<const PatternMaster>> masters; // by stored number
-    std::set<std::uint64_t> dirty;                                       // made or changed since
-    std::set<std::uint64_t> removed;                                     // deleted since
+    std::set<std::uint64_t> dirty;                                        // made or changed since
+    std::set<std::uint64_t> removed;                                      // deleted since
 };
 
 struct Part {
