@@ -223,16 +223,16 @@ TEST_F(Patterns, AChangedFileIsReadAgainAndOldInstancesStayAsTheyWere)
     tag_t first = NULL_TAG, second = NULL_TAG, third = NULL_TAG;
     ASSERT_EQ(place("frame", &first), 0);
     ASSERT_EQ(place("frame", &second), 0);
-    const auto listed = [&] {
-        const std::string all = nxhost::listPart(part());
-        return std::count(all.begin(), all.end(), '\n');
-    };
-    const auto before = listed();
+    const std::string listing = nxhost::listPart(part());
+    const std::size_t before = nxhost::countObjects(part());
     std::filesystem::remove(patternFolder() / "frame.prt");
     EXPECT_EQ(place("frame", &third), 1);
     makeMaster("frame", 250);
     ASSERT_EQ(place("frame", &third), 0);
-    EXPECT_EQ(listed(), before + 1);
+    EXPECT_EQ(nxhost::countObjects(part()), before + 1);
+    const std::string change = nxhost::difference(listing, nxhost::listPart(part()));
+    EXPECT_EQ(change.find("- "), std::string::npos) << change;
+    EXPECT_NE(change.find("250"), std::string::npos) << change;
     EXPECT_EQ(UF_OBJ_ask_status(first), UF_OBJ_ALIVE);
 }
 
