@@ -104,9 +104,10 @@ protected:
 
 private:
     std::string GenerateSymbolValue(const std::string &text) const;
-    boost::shared_ptr<TrEntryBase> entryToUse(const std::string &fieldId) const;
+    std::string firstLineOf(const std::string &fieldId) const;
     std::vector<std::string> symbolLines(const TrTableDefV1 &def) const;
-    void drawSymbol(QelFmt::SymbolBase &symbol, const TrTableDefV1 &def);
+    void applySymbolPreferences(QelFmt::SymbolBase &symbol, const TrTableDefV1 &def) const;
+    void drawBorders(const Fields &fields);
     void bind(TrFieldBase &field) const; // gives the field its way to its place
     void checkForNewFields(const TrTableDefV1 &def);
 

@@ -162,6 +162,7 @@ private:
     Value valueOnOtherSheets() const;
     Value registryValue() const;
     Value computeDefault(bool addMissing) const;
+    Value attributeDefault(const Value &registryLines, bool addMissing) const;
     UgAttributableObject *attributeSource(int defaultType, bool addMissing) const;
 
     BaseLocationCmd m_baseLocationCmd;

@@ -98,12 +98,15 @@ void TrFieldBase::UpdateBorders(double h)
     const LumUg::Record def(definition);
     const double w = def.get(Def::kWidth);
     if (h == 0.0 || w == 0.0) return;
+    const Flags on = switchedOn(*this);
+    if (on == Flags{} && GetBorders().empty()) return;
 
     const std::vector<double> base = baseLocation();
     const double x = def.get(Def::kLocationX) + base[0];
     const double y = def.get(Def::kLocationY) + base[1];
     const Rect rect{{x, y, 0.0}, {x + w, y, 0.0}, {x + w, y + h, 0.0}, {x, y + h, 0.0}};
-    for (int which = 0; which < kBorders; ++which) ModifyBorder(rect, which);
+    for (int which = 0; which < kBorders; ++which)
+        if (on[which]) ModifyBorder(rect, which);
     deleteSurplusBorders();
 }
 

@@ -19,6 +19,12 @@ class RowMemo {
 public:
     using Measure = std::function<double(tag_t entry)>; // the room a row takes; none when hidden
 
+    // Where the table begins, and +1 or -1 for the way its rows grow.
+    struct Origin {
+        double x, y;
+        int direction;
+    };
+
     static RowMemo *find(tag_t table); // null when nothing is known of the table
     static RowMemo &start(tag_t table, std::vector<tag_t> entries);
     static void forget(tag_t table);
@@ -30,6 +36,8 @@ public:
     // The room of all rows before the one at the index. Rows not measured since they changed are
     // measured; the others are not asked.
     double roomBefore(std::size_t index, const Measure &measure);
+
+    std::optional<Origin> origin;
 
 private:
     explicit RowMemo(tag_t table) : m_table(table) {}

@@ -11,6 +11,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -19,14 +20,22 @@ class TrBlockBase;
 class TrEntryBase;
 class TrTableDefV1;
 
+namespace QelFmt {
+class RowMemo;
+}
+
 // What both generations store alike. Parts in the field hold these indices: append, never renumber.
 struct TableSlots {
     static constexpr LumUg::StringSlot kTableDefName{0, "TableDefName"};
     static constexpr LumUg::DoubleSlot kX{0, "X"}; // of the table's origin on the sheet
     static constexpr LumUg::DoubleSlot kY{1, "Y"};
     static constexpr LumUg::LinkSlot kDefinition{LumUg::kDefinitionLink, 0, "Definition"};
+    // Only after the block has lost the definition that the table was made from.
+    static constexpr LumUg::ChildList<TrTableDefV1> kKeptDefinition{LumUg::kChildLink,
+                                                                    "KeptDefinition"};
     static constexpr LumUg::ChildList<TrEntryBase> kEntries{LumUg::kChildLink, "Entries"};
-    static constexpr std::tuple kLayout{kTableDefName, kX, kY, kDefinition, kEntries};
+    static constexpr std::tuple kLayout{kTableDefName,   kX,      kY, kDefinition,
+                                        kKeptDefinition, kEntries};
     static_assert(LumUg::isDense(kLayout));
 };
 
@@ -63,6 +72,7 @@ public:
 
     // --- rows -----------------------------------------------------------------------------------
     std::size_t entryCount() const;
+    std::optional<std::size_t> indexOf(const TrEntryBase &entry) const; // in the order shown
     // One row without wrapping the others; empty when there is none at the index.
     boost::shared_ptr<TrEntryBase> entry(std::size_t index) const;
     boost::shared_ptr<TrEntryBase> AppendEntry(); // placed and filled, then announced
@@ -101,13 +111,17 @@ protected:
     boost::shared_ptr<TrBlockBase> block() const; // empty when it stands in none
 
 private:
-    friend class TrEntryBase;
-
     std::string GetBlockId() const;
     int directionMult() const;
-    void bind(TrEntryBase &entry) const; // gives the row its way to its place
+    // Gives a row its way to its place. `table` is a view on this record that the row may hold.
+    void bind(TrEntryBase &entry, const boost::shared_ptr<const TrTableBase> &table) const;
+    boost::shared_ptr<const TrTableBase> viewToHold() const;
     void announce() const;
     void storeOrder(const std::vector<UgUDO *> &entries);
+
+    QelFmt::RowMemo &rows() const;
+    bool rowsAreThose(const std::vector<tag_t> &entries) const;
+    double roomOf(tag_t entry) const;
 
     BaseLocationCmd m_baseLocationCmd;
 

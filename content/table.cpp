@@ -1,0 +1,335 @@
+// The record of a table: slots, definition, rows, older generations.
+#include "content/table.h"
+
+#include "content/entry.h"
+#include "content/owner_walk.h"
+#include "content/row_memo.h"
+#include "definitions/table_def.h"
+#include "drawing/block.h"
+#include "foundation/info_lines.h"
+#include "foundation/log.h"
+#include "udo/udo_data.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <unordered_set>
+
+using QelFmt::RowMemo;
+
+TrTableBase::AppendEntryCallback TrTableBase::mAppendEntryCB;
+
+TrTableBase::TrTableBase() = default;
+TrTableBase::TrTableBase(UgUDO *udo) : LumUg::UDO(udo) {}
+TrTableBase::~TrTableBase() = default;
+
+TrTableBase::AppendEntryCallback &TrTableBase::appendEntryCB() { return mAppendEntryCB; }
+
+boost::shared_ptr<TrTableBase> TrTableBase::createTable()
+{
+    return boost::shared_ptr<TrTableBase>(new TrTableV1);
+}
+
+std::string TrTableBase::GetTableDefName() const { return get(kTableDefName); }
+double TrTableBase::GetX() const { return get(kX); }
+double TrTableBase::GetY() const { return get(kY); }
+
+// What follows is done by the current generation only.
+void TrTableBase::SetDefinition(const TrTableDefV1 &) {}
+void TrTableBase::RemoveEntry(const boost::shared_ptr<TrEntryBase> &) {}
+void TrTableBase::SetTableDefName(const std::string &) {}
+void TrTableBase::SetX(double) {}
+void TrTableBase::SetY(double) {}
+void TrTableBase::SetEntries(const Entries &) {}
+void TrTableBase::AddEntry(const boost::shared_ptr<TrEntryBase> &) {}
+
+// --- definition -----------------------------------------------------------------------------------
+
+boost::shared_ptr<TrTableDefV1> TrTableBase::GetDefinition() const
+{
+    if (!IsNull()) {
+        for (UgTypedObject *object : GetLinks(kDefinition.linkType)) {
+            if (auto def = boost::dynamic_pointer_cast<TrTableDefV1>(Create(object))) return def;
+        }
+        if (auto kept = firstChild(kKeptDefinition)) return kept;
+    }
+    return boost::shared_ptr<TrTableDefV1>(new TrTableDefV1);
+}
+
+boost::shared_ptr<TrTableDefV1> TrTableBase::retainDefinition()
+{
+    const boost::shared_ptr<TrTableDefV1> def = GetDefinition();
+    if (def->IsNull()) return def;
+    const auto linkedBy = [&](unsigned type) {
+        const auto links = GetLinks(type);
+        return std::find(links.begin(), links.end(), def->GetUdoObject()) != links.end();
+    };
+    for (const unsigned type : {kDefinition.linkType, kKeptDefinition.linkType})
+        if (linkedBy(type)) detach(type, *def);
+    if (RowMemo *memo = RowMemo::find(tag())) memo->origin.reset();
+    return def;
+}
+
+void TrTableBase::keepDefinition()
+{
+    const boost::shared_ptr<TrTableDefV1> def = GetDefinition();
+    if (def->IsNull()) return;
+    QelFmt::detachFromParents(*def);
+    attach(kKeptDefinition.linkType, *def);
+}
+
+// --- rows -----------------------------------------------------------------------------------------
+
+RowMemo &TrTableBase::rows() const
+{
+    if (RowMemo *known = RowMemo::find(tag())) return *known;
+    std::vector<tag_t> entries;
+    for (UgTypedObject *object : GetLinks(kEntries.linkType)) {
+        if (boost::dynamic_pointer_cast<TrEntryBase>(Create(object)))
+            entries.push_back(object->getTag());
+    }
+    return RowMemo::start(tag(), std::move(entries));
+}
+
+// Whether the stored links are still the rows that are remembered, without wrapping them all.
+bool TrTableBase::rowsAreThose(const std::vector<tag_t> &entries) const
+{
+    auto expected = entries.begin();
+    for (const tag_t linked : LumUg::UdoData(tag()).links(kEntries.linkType)) {
+        if (expected != entries.end() && linked == *expected)
+            ++expected;
+        else if (boost::dynamic_pointer_cast<TrEntryBase>(Create(linked)))
+            return false;
+    }
+    return expected == entries.end();
+}
+
+std::size_t TrTableBase::entryCount() const
+{
+    if (IsNull()) return 0;
+    if (!rowsAreThose(rows().entries())) RowMemo::forget(tag());
+    return rows().entries().size();
+}
+
+boost::shared_ptr<TrEntryBase> TrTableBase::entry(std::size_t index) const
+{
+    if (IsNull()) return {};
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        const std::vector<tag_t> &entries = rows().entries();
+        if (index < entries.size()) {
+            const auto row = boost::dynamic_pointer_cast<TrEntryBase>(Create(entries[index]));
+            if (row && QelFmt::firstLinking(row->tag()) == tag()) {
+                bind(*row, viewToHold());
+                return row;
+            }
+        }
+        RowMemo::forget(tag()); // rows came or went without us
+    }
+    return {};
+}
+
+std::optional<std::size_t> TrTableBase::indexOf(const TrEntryBase &row) const
+{
+    if (IsNull() || row.IsNull()) return {};
+    if (const auto index = rows().indexOf(row.tag())) return index;
+    RowMemo::forget(tag());
+    return rows().indexOf(row.tag());
+}
+
+TrTableBase::Entries TrTableBase::getEntries() const
+{
+    const Entries entries = children(kEntries);
+    if (entries.empty()) return entries;
+    std::vector<tag_t> tags;
+    for (const auto &row : entries) tags.push_back(row->tag());
+    if (const RowMemo *memo = RowMemo::find(tag()); memo && memo->entries() != tags)
+        RowMemo::forget(tag());
+    const auto table = viewToHold();
+    for (const auto &row : entries) bind(*row, table);
+    return entries;
+}
+
+boost::shared_ptr<const TrTableBase> TrTableBase::viewToHold() const
+{
+    return boost::dynamic_pointer_cast<const TrTableBase>(Create(tag()));
+}
+
+void TrTableBase::bind(TrEntryBase &row, const boost::shared_ptr<const TrTableBase> &table) const
+{
+    row.getBaseLocationCmd() = [table](const TrEntryBase &entry) {
+        return table->entryBaseLocation(entry);
+    };
+    row.setDirectionMult(directionMult());
+}
+
+void TrTableBase::removeAndRetainEntry(const boost::shared_ptr<TrEntryBase> &row)
+{
+    detach(kEntries.linkType, *row);
+    RowMemo::forget(tag());
+}
+
+boost::shared_ptr<TrBlockBase> TrTableBase::block() const { return QelFmt::blockAbove(*this); }
+
+std::string TrTableBase::GetBlockId() const
+{
+    const boost::shared_ptr<TrBlockBase> owner = block();
+    return owner ? owner->GetBlockDefName() : std::string();
+}
+
+// --- against a new definition, and older generations ------------------------------------------------
+
+// What the rows compare with is the definition their own fields link to, which is still alive.
+void TrTableBase::UpdateDefinition(const TrTableDefV1 &def)
+{
+    QELFMT_INFO << "updating table " << def.GetId();
+    const boost::shared_ptr<TrTableDefV1> linked = GetDefinition();
+    const bool changed = linked->IsNull() || *linked != def;
+    SetDefinition(def);
+    QELFMT_INFO << "updating entry definitions";
+    for (const auto &row : getEntries()) row->UpdateDefinition(def);
+    RowMemo::forget(tag());
+    if (changed) locate();
+}
+
+boost::shared_ptr<TrTableBase> TrTableBase::checkAndUpgrade()
+{
+    boost::shared_ptr<TrTableBase> current;
+    if (dynamic_cast<const TrTableV1 *>(this)) {
+        current.reset(new TrTableV1(GetUdoObject()));
+        current->getBaseLocationCmd() = m_baseLocationCmd;
+    } else {
+        current = upgrade();
+    }
+    for (const auto &row : current->getEntries()) {
+        const boost::shared_ptr<TrEntryBase> fresh = row->checkAndUpgrade();
+        if (!fresh || fresh->tag() == row->tag()) continue;
+        current->exchange(kEntries.linkType, *row, *fresh);
+        row->DeleteUDO(); // fields and symbols have changed hands
+        RowMemo::forget(current->tag());
+    }
+    return current;
+}
+
+boost::shared_ptr<TrTableBase> TrTableBase::upgrade()
+{
+    const boost::shared_ptr<TrTableBase> fresh = createTable();
+    fresh->SetTableDefName(GetTableDefName());
+    fresh->SetX(GetX());
+    fresh->SetY(GetY());
+    fresh->getBaseLocationCmd() = m_baseLocationCmd;
+    const bool keeps = firstChild(kKeptDefinition) != nullptr;
+    const boost::shared_ptr<TrTableDefV1> def = retainDefinition();
+    if (!def->IsNull()) fresh->SetDefinition(*def);
+    if (keeps) fresh->keepDefinition();
+    for (const auto &row : getEntries()) {
+        removeAndRetainEntry(row);
+        fresh->AddEntry(row);
+    }
+    return fresh;
+}
+
+// --- the current generation -----------------------------------------------------------------------
+
+TrTableV1::TrTableV1() = default;
+TrTableV1::TrTableV1(UgUDO *udo) : TrTableBase(udo) {}
+TrTableV1::~TrTableV1() = default;
+
+LumUg::UDOClass *TrTableV1::GetUDOClass() const { return &mUDOClass; }
+LumUg::UDO *TrTableV1::CreateInstance() { return new TrTableV1; }
+
+void TrTableV1::SetTableDefName(const std::string &name) { set(kTableDefName, name); }
+
+void TrTableV1::SetX(double x)
+{
+    set(kX, x);
+    if (RowMemo *memo = RowMemo::find(tag())) memo->origin.reset();
+}
+
+void TrTableV1::SetY(double y)
+{
+    set(kY, y);
+    if (RowMemo *memo = RowMemo::find(tag())) memo->origin.reset();
+}
+
+void TrTableV1::SetDefinition(const TrTableDefV1 &def)
+{
+    CreateUDO();
+    const auto kept = firstChild(kKeptDefinition);
+    if (const auto old = GetDefinition(); !old->IsNull()) {
+        const auto links = GetLinks(kDefinition.linkType);
+        if (std::find(links.begin(), links.end(), old->GetUdoObject()) != links.end())
+            detach(kDefinition.linkType, *old);
+    }
+    if (kept && kept->tag() != def.tag()) discard(kKeptDefinition.linkType, *kept);
+    if (!def.IsNull()) attach(kDefinition.linkType, def);
+    if (RowMemo *memo = RowMemo::find(tag())) memo->origin.reset();
+}
+
+void TrTableV1::AddEntry(const boost::shared_ptr<TrEntryBase> &row)
+{
+    attach(kEntries.linkType, *row);
+    if (RowMemo *memo = RowMemo::find(tag())) memo->append(row->tag());
+}
+
+void TrTableV1::RemoveEntry(const boost::shared_ptr<TrEntryBase> &row)
+{
+    removeAndRetainEntry(row);
+    row->DeleteUDO();
+}
+
+void TrTableV1::SetEntries(const Entries &entries)
+{
+    std::vector<UgUDO *> objects;
+    for (const auto &row : entries) objects.push_back(row->GetUdoObject());
+    storeOrder(objects);
+}
+
+// Rows first, in the order given; what else hangs on the table keeps its order behind them.
+void TrTableBase::storeOrder(const std::vector<UgUDO *> &entries)
+{
+    CreateUDO();
+    RowMemo::forget(tag());
+    const std::vector<tag_t> stored = rows().entries();
+    const std::unordered_set<tag_t> isRow(stored.begin(), stored.end());
+    std::vector<UgObject *> order;
+    std::unordered_set<tag_t> wanted;
+    for (UgUDO *entry : entries) {
+        if (!wanted.insert(entry->getTag()).second) continue;
+        if (!isRow.contains(entry->getTag())) attach(kEntries.linkType, LumUg::UDO(entry));
+        order.push_back(entry);
+    }
+    for (UgObject *object : GetUdoObject()->getLinks(kEntries.linkType)) {
+        const tag_t linked = object ? object->getTag() : NULL_TAG;
+        if (wanted.contains(linked)) continue;
+        if (isRow.contains(linked))
+            removeLink(kEntries.linkType, dynamic_cast<UgTypedObject *>(object));
+        else
+            order.push_back(object);
+    }
+    GetUdoObject()->setLinks(kEntries.linkType, order);
+    RowMemo::forget(tag());
+}
+
+void TrTableV1::InfoObject()
+{
+    QelFmt::InfoLines info;
+    info.line("X", GetX());
+    info.line("Y", GetY());
+    info.text("-----------------------------------------------");
+    info.text("Definition Information");
+    info.flush();
+    if (const auto def = GetDefinition(); !def->IsNull()) def->InfoObject();
+}
+
+// A row is deleted by somebody else.
+void TrTableV1::MemberDeletion(UgTypedObject *) { RowMemo::forget(tag()); }
+
+// --- the older one --------------------------------------------------------------------------------
+
+ZemTableV1::ZemTableV1() = default;
+ZemTableV1::ZemTableV1(UgUDO *udo) : TrTableBase(udo) {}
+ZemTableV1::~ZemTableV1() = default;
+
+LumUg::UDOClass *ZemTableV1::GetUDOClass() const { return &mUDOClass; }
+LumUg::UDO *ZemTableV1::CreateInstance() { return new ZemTableV1; }
+
+boost::shared_ptr<TrEntryBase> ZemTableV1::AppendEntry() { return {}; }
