@@ -1,0 +1,108 @@
+// What formats cost: in proportion to what stands on the sheet, and to nothing else.
+#include "definitions/field_def.h"
+#include "tests/drawing/stage.h"
+
+#include <chrono>
+#include <cstdio>
+
+namespace {
+
+class Scale : public Stage {
+protected:
+    // A format that requires that many different blocks of two fields each.
+    void requireBlocks(int count)
+    {
+        catalog = isoCatalog();
+        catalog.blocks.clear();
+        FormatDesc &iso = catalog.format("ISO");
+        iso.required.clear();
+        for (int i = 0; i < count; ++i) {
+            BlockDesc block{"B" + std::to_string(i)};
+            block.places = {{"ISO", {{"Default", {{"there", 10.0 + i, 10, 2}}}}}};
+            block.fields = {{"ONE", 1, 1, {"one"}}, {"TWO", 1, 9, {"two"}}};
+            catalog.blocks.push_back(block);
+            iso.required.push_back(block.id);
+        }
+        reload();
+    }
+    struct Costs {
+        std::size_t add, resize, update;
+    };
+    Costs callsFor(int blocks)
+    {
+        requireBlocks(blocks);
+        Costs costs{};
+        costs.add = calls([&] { addFormat("A3"); });
+        costs.resize = calls([&] { resize("A2"); });
+        for (BlockDesc &block : catalog.blocks) block.fields[0].x = 2;
+        reload();
+        costs.update = calls([&] { drawing()->updateFormat(); });
+        drawing()->removeFormat();
+        return costs;
+    }
+    template <class Body> std::size_t calls(Body &&body)
+    {
+        const std::size_t before = nxhost::totalCalls();
+        body();
+        return nxhost::totalCalls() - before;
+    }
+    template <class Body> double seconds(Body &&body)
+    {
+        const auto start = std::chrono::steady_clock::now();
+        body();
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    }
+};
+
+} // namespace
+
+// Four times the blocks, at most four times the calls: what a format costs besides its blocks only
+// makes the larger one cheaper.
+TEST_F(Scale, AddingResizingAndUpdatingTakeCallsInProportionToTheBlocks)
+{
+    const Costs few = callsFor(10), many = callsFor(40);
+    EXPECT_LE(many.add, 4 * few.add);
+    EXPECT_LE(many.resize, 4 * few.resize);
+    EXPECT_LE(many.update, 4 * few.update);
+}
+
+TEST_F(Scale, OtherSheetsCostAFormatNothing)
+{
+    const auto addAndRemove = [&] {
+        addFormat("A3");
+        drawing()->removeFormat();
+    };
+    addAndRemove(); // fonts and layers are set up by the first
+    const std::size_t alone = calls(addAndRemove);
+    for (int i = 0; i < 20; ++i) {
+        const tag_t other = story.addSheet("OTHER" + std::to_string(i), 420, 297);
+        TrDrawing::getDrawing(other)->addFormat(formatDef(), size("A3"));
+    }
+    story.open(sheet);
+    EXPECT_EQ(calls(addAndRemove), alone);
+}
+
+TEST_F(Scale, AThousandBlocksTakeAHundredTimesTheTimeOfTenSoak)
+{
+    struct Times {
+        double add, resize, update;
+    };
+    const auto timesFor = [&](int blocks) {
+        requireBlocks(blocks);
+        Times times{};
+        times.add = seconds([&] { addFormat("A3"); });
+        times.resize = seconds([&] { resize("A2"); });
+        for (BlockDesc &block : catalog.blocks) block.fields[0].x = 2;
+        reload();
+        times.update = seconds([&] { drawing()->updateFormat(); });
+        drawing()->removeFormat();
+        return times;
+    };
+    timesFor(10);
+    const Times few = timesFor(10), many = timesFor(1000);
+    std::printf("10 -> 1000 blocks: add %.0fx, resize %.0fx, update %.0fx\n", many.add / few.add,
+                many.resize / few.resize, many.update / few.update);
+    EXPECT_LT(many.add / few.add, 200);
+    EXPECT_LT(many.resize / few.resize, 200);
+    EXPECT_LT(many.update / few.update, 200);
+}
