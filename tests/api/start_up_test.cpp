@@ -1,0 +1,55 @@
+// The platform's start-up exit.
+#include "interface_story.h"
+
+#include "udo/class_names.h"
+#include "udo/udo_class.h"
+
+namespace {
+
+// The classes that were given a selection mode, in order.
+Texts selectionCalls(const Story &story, const char *settings)
+{
+    story.writeSettings(settings);
+    nxhost::recordCalls(true);
+    ufsta();
+    Texts calls;
+    for (const std::string &call : nxhost::recordedCalls())
+        if (call == "UF_UDOBJ_set_owned_object_selection") calls.push_back(call);
+    nxhost::recordCalls(false);
+    return calls;
+}
+
+TEST(StartUp, WithoutTheSettingNoClassIsTouched)
+{
+    const Story story;
+    EXPECT_TRUE(selectionCalls(story, "[Settings]\nField Selection = 0\n").empty());
+    EXPECT_TRUE(selectionCalls(story, "").empty());
+}
+
+TEST(StartUp, TheSettingLetsNotesOfFieldsRowsAndBlocksBePicked)
+{
+    const Story story;
+    EXPECT_EQ(selectionCalls(story, "[Settings]\nField Selection = 1\n").size(), 3u);
+    for (const char *name :
+         {QelFmt::kFieldV1Classname, QelFmt::kEntryV2Classname, QelFmt::kBlockV1Classname})
+        EXPECT_EQ(nxhost::ownedObjectSelection(name), 2) << name;
+    for (const char *name : {QelFmt::kTableV1Classname, QelFmt::kEntryV1Classname})
+        EXPECT_EQ(nxhost::ownedObjectSelection(name), 1) << name;
+}
+
+TEST(StartUp, AFailureGoesToTheSystemLogUnlessTheInterfaceIsNotAvailable)
+{
+    const Story story;
+    story.writeSettings("[Settings]\nField Selection = 1\n");
+    nxhost::takeSyslog();
+    nxhost::failCall("UF_UDOBJ_set_owned_object_selection", 1105061);
+    ufsta();
+    char text[133];
+    ASSERT_EQ(UF_get_fail_message(1105061, text), 0);
+    EXPECT_NE(nxhost::takeSyslog().find(text), std::string::npos);
+    nxhost::failCall("UF_UDOBJ_set_owned_object_selection", UF_err_program_not_initialized);
+    ufsta();
+    EXPECT_EQ(nxhost::takeSyslog(), "");
+}
+
+} // namespace
