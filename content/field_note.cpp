@@ -3,6 +3,7 @@
 #include "content/new_object.h"
 #include "content/note_text.h"
 #include "content/recompute_guard.h"
+#include "content/symbol_text.h"
 #include "definitions/block_def.h"
 #include "definitions/field_def.h"
 #include "drawing/block.h"
@@ -19,7 +20,6 @@
 #include "ug_part.hxx"
 #include "ug_session.hxx"
 
-#include <algorithm>
 #include <stdexcept>
 
 namespace {
@@ -93,14 +93,6 @@ private:
 };
 
 // --- long values ----------------------------------------------------------------------------------
-
-// Characters, not bytes.
-std::size_t lengthOf(const std::string &utf8)
-{
-    return static_cast<std::size_t>(std::count_if(utf8.begin(), utf8.end(), [](char byte) {
-        return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
-    }));
-}
 
 // A size or aspect for values longer than so many characters.
 struct Alternative {
@@ -214,7 +206,7 @@ void TrFieldBase::setNotePrefs()
     const NoteStyle style(def);
     const Alternative size = altSize(def), aspect = altAspect(def);
     const bool alternatives = size.exists() || aspect.exists();
-    const std::size_t length = alternatives ? lengthOf(GetValue().front()) : 0;
+    const std::size_t length = alternatives ? QelFmt::charactersIn(GetValue().front()) : 0;
 
     QelFmt::AnnotationPreferences prefs(note->getTag());
     if (style.hasSite()) prefs.ints[UF_DRF_MPI_align_site] = style.site;

@@ -121,6 +121,8 @@ boost::shared_ptr<TrEntryBase> TrTableBase::entry(std::size_t index) const
                 bind(*row, viewToHold());
                 return row;
             }
+        } else if (rowsAreThose(entries)) {
+            return {};
         }
         RowMemo::forget(tag()); // rows came or went without us
     }

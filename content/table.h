@@ -109,6 +109,7 @@ protected:
     std::vector<double> entryBaseLocation(const TrEntryBase &entry) const;
 
     boost::shared_ptr<TrBlockBase> block() const; // empty when it stands in none
+    void storeOrder(const std::vector<UgUDO *> &entries);
 
 private:
     std::string GetBlockId() const;
@@ -117,7 +118,6 @@ private:
     void bind(TrEntryBase &entry, const boost::shared_ptr<const TrTableBase> &table) const;
     boost::shared_ptr<const TrTableBase> viewToHold() const;
     void announce() const;
-    void storeOrder(const std::vector<UgUDO *> &entries);
 
     QelFmt::RowMemo &rows() const;
     bool rowsAreThose(const std::vector<tag_t> &entries) const;

@@ -118,14 +118,14 @@ void TrTableBase::HidePreviousEntries(int count)
 void TrTableBase::locate()
 {
     RowMemo::forget(tag());
-    const LumUg::Record def(*GetDefinition());
-    if (!GetDefinition()->IsNull()) {
+    const boost::shared_ptr<TrTableDefV1> def = GetDefinition();
+    if (!def->IsNull()) {
         if (!m_baseLocationCmd)
             throw std::logic_error("Table " + GetTableDefName() +
                                    " cannot be placed: nobody has told it where its block stands");
         const std::vector<double> base = m_baseLocationCmd();
-        SetX(base.at(0) + def.get(TrTableDefV1::kLocationX));
-        SetY(base.at(1) + def.get(TrTableDefV1::kLocationY));
+        SetX(base.at(0) + def->GetLocationX());
+        SetY(base.at(1) + def->GetLocationY());
     }
     for (const auto &row : getEntries()) row->locate();
 }
@@ -145,7 +145,8 @@ void TrTableBase::restackAfter(TrEntryBase &row, double heightBefore)
     if (row.GetHideEntry() != 0) return; // takes no room
     const std::optional<std::size_t> index = indexOf(row);
     if (!index) return;
-    for (std::size_t i = *index + 1; const auto next = entry(i); ++i) next->locate();
+    for (std::size_t i = *index + 1; i < rows().entries().size(); ++i)
+        if (const auto next = entry(i)) next->locate();
 }
 
 void TrTableBase::RebroadcastValues()
