@@ -10,7 +10,7 @@ public:
     static UgObject *find(tag_t tag);
 
     tag_t getTag() const { return m_tag; }
-    bool isAlive() const;
+    bool isAlive() const; // a condemned object is: it can still be read
 
 protected:
     UgObject() = default;

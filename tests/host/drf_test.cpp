@@ -2,6 +2,7 @@
 
 #include "uf_layer.h"
 #include "uf_ugfont.h"
+#include "uf_view.h"
 #include "ug_part.hxx"
 
 #include <cmath>
@@ -40,7 +41,9 @@ TEST_F(Drafting, ANoteLiesOnTheWorkLayerInTheCurrentSheetsView)
     EXPECT_EQ(UF_OBJ_ask_type_and_subtype(note, &type, &subtype), 0);
     EXPECT_EQ(type, 25);
     EXPECT_EQ(subtype, 1);
-    EXPECT_NE(viewOf(sheet), NULL_TAG);
+    tag_t in = NULL_TAG;
+    EXPECT_EQ(UF_VIEW_cycle_objects(viewOf(sheet), UF_VIEW_DEPENDENT_OBJECTS, &in), 0);
+    EXPECT_EQ(in, note);
 }
 
 TEST_F(Drafting, ANoteWithoutLinesIsRefusedAndNothingIsMade)
