@@ -80,9 +80,6 @@ Part &load(const fs::path &file)
                "Part file \"" + file.string() + "\" was not found: check the name and the folder.");
     return reportingStoreErrors([&]() -> Part & {
         host::store::LoadedPart loaded = host::store::load(file.string());
-        loaded.part->path = file.string();
-        loaded.part->everSaved = true;
-        loaded.part->modified = false;
         return Session::get().adoptPart(std::move(loaded.part), std::move(loaded.objects));
     });
 }
@@ -126,10 +123,7 @@ Part &partToSave()
 // The part stays as it is when its file cannot be written.
 void write(Part &part, const std::string &path)
 {
-    reportingStoreErrors([&] { host::store::writeImage(part, path); });
-    part.path = path;
-    part.everSaved = true;
-    part.modified = false;
+    reportingStoreErrors([&] { host::store::save(part, path); });
 }
 
 void requireFree(const fs::path &file, const Part *unlessPart)

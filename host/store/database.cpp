@@ -6,10 +6,11 @@
 
 namespace host::store {
 
-Database::Database(const std::string &path, int flags, const char *vfs) : m_path(path)
+Database::Database(const std::string &path, int flags, const char *vfs)
+    : m_path(path), m_access(flags & SQLITE_OPEN_READONLY ? Access::reading : Access::writing)
 {
     if (sqlite3_open_v2(path.c_str(), &m_handle, flags | SQLITE_OPEN_NOMUTEX, vfs) != SQLITE_OK) {
-        const StoreError error = errorOf(m_handle, path);
+        const StoreError error = errorOf(m_handle, path, m_access);
         sqlite3_close(m_handle);
         throw error;
     }
@@ -24,7 +25,7 @@ void Database::check(int result)
     if (result != SQLITE_OK) fail();
 }
 
-void Database::fail() { throw errorOf(m_handle, m_path); }
+void Database::fail() { throw errorOf(m_handle, m_path, m_access); }
 
 void Database::run(const char *sql)
 {

@@ -14,7 +14,6 @@ namespace host::store {
 
 class Database {
 public:
-    Database() = default;
     // `flags` as for sqlite3_open_v2; `path` is also what messages name.
     Database(const std::string &path, int flags, const char *vfs = nullptr);
     ~Database();
@@ -27,9 +26,11 @@ public:
     void check(int result);               // SQLITE_OK or fail()
     sqlite3 *handle() const { return m_handle; }
     const std::string &path() const { return m_path; }
+    void setName(const std::string &name) { m_path = name; } // for messages
 
 private:
     std::string m_path;
+    Access m_access;
     sqlite3 *m_handle = nullptr;
 };
 

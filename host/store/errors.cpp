@@ -40,29 +40,34 @@ StoreError cannotWrite(const std::string &path, const std::string &what)
                 "open and can be saved again."};
 }
 
-StoreError errorOf(sqlite3 *database, const std::string &path)
+StoreError changedOnDisk(const std::string &path, const std::string &what)
 {
-    if (!database) return cannotRead(path, "there is not enough memory");
-    const int code = sqlite3_errcode(database);
+    return {UF_PART_err_changed_on_disk,
+            path + ": the file is not the one that was opened: " + what +
+                ". It is left alone; save the part under another name."};
+}
+
+StoreError errorOf(sqlite3 *database, const std::string &path, Access access)
+{
+    const auto trouble = access == Access::writing ? cannotWrite : cannotRead;
+    if (!database) return trouble(path, "there is not enough memory");
     const std::string says = sqlite3_errmsg(database);
-    const int systemError = sqlite3_system_errno(database);
-    const std::string reason = systemError ? says + " (" + std::strerror(systemError) + ")" : says;
-    switch (code & 0xff) {
+    const int number = sqlite3_system_errno(database);
+    const std::string reason = number ? says + " (" + std::strerror(number) + ")" : says;
+    switch (sqlite3_errcode(database) & 0xff) {
     case SQLITE_NOTADB:
         return notAPart(path, "it is no database");
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-        return {UF_PART_err_locked, path + ": another process is saving this part. Try again when "
-                                           "it is done."};
+        return {UF_PART_err_locked, path + ": the part is in use."};
     case SQLITE_FULL:
         return cannotWrite(path, "the disk is full");
     case SQLITE_READONLY:
     case SQLITE_PERM:
-        return cannotWrite(path, reason);
     case SQLITE_CANTOPEN:
     case SQLITE_IOERR:
     case SQLITE_NOMEM:
-        return cannotRead(path, reason);
+        return trouble(path, reason);
     default:
         return damaged(path, says);
     }

@@ -14,6 +14,10 @@ StoreError notAPart(const std::string &path, const std::string &what);
 StoreError damaged(const std::string &path, const std::string &what);
 StoreError cannotRead(const std::string &path, const std::string &what);
 StoreError cannotWrite(const std::string &path, const std::string &what);
-StoreError errorOf(sqlite3 *database, const std::string &path); // of its last failed call
+StoreError changedOnDisk(const std::string &path, const std::string &what);
+
+// Of the database's last failed call.
+enum class Access { reading, writing };
+StoreError errorOf(sqlite3 *database, const std::string &path, Access access);
 
 } // namespace host::store

@@ -1,8 +1,7 @@
-// Every write of a whole file goes through here: the plain calls of the system, one at a time, so that
-// a test can make any of them fail.
+// Every write, sync and rename of a part file goes through here or through the shim in vfs.h, one step
+// at a time, so that a test can make any of them fail or be the last.
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -13,18 +12,19 @@ struct FileError {
     const char *step;
     int number;
 };
-std::string describe(const FileError &error); // "writing: No space left on device"
+std::string describe(const FileError &error); // "write: No space left on device"
 
-// Runs before each step ("create", "write", "sync", "rename", "sync folder"); a non-zero result is
-// the error number with which the step then fails. Null: none.
+// Runs before each step. 0: go on; kTorn: half of a write is done, then it fails; another number: the
+// step fails with this system error. Null: no hook.
 using Hook = int (*)(const char *step, const std::string &path);
+inline constexpr int kTorn = -1;
 void setHook(Hook hook);
-int before(const char *step, const std::string &path); // what the hook says, 0 without one
+int before(const char *step, const std::string &path);
 
-// The file has the new content or the old one, whatever happens on the way: a temporary file in
-// the same folder is written, synced and renamed, then the folder is synced. Throws FileError; the
-// temporary file is gone then.
-enum class Existing { replace, keep }; // keep: FileError EEXIST when the file exists
-void replaceDurably(const std::string &path, std::string_view content, Existing existing);
+// The file has the new content or the old one, whatever happens on the way. A new file is written and
+// synced without a name, gets its name, then the folder is synced. Throws FileError; what was there is
+// still there then, unless only the last step failed. A link is followed.
+enum class Existing { replace, keep }; // keep: FileError EEXIST when there is a file
+void putDurably(const std::string &path, std::string_view content, Existing existing);
 
 } // namespace host::store::files

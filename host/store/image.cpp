@@ -2,7 +2,6 @@
 
 #include "body_codec.h"
 #include "database.h"
-#include "masters.h"
 #include "part_row.h"
 #include "schema.h"
 
@@ -88,7 +87,7 @@ Image imageOf(const Part &part)
 {
     Database database(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_MEMORY);
     createTables(database);
-    const StoredMasters masters = mastersOf(part);
+    StoredMasters masters = mastersOf(part);
     Encoder encoder(part, masters.ids);
     PartRowSource source(part, encoder);
     source.row.masters = writeMasters(database, encoder, masters);
@@ -101,6 +100,7 @@ Image imageOf(const Part &part)
     }
     database.run("COMMIT");
     image.bytes = bytesOf(database);
+    image.masters = std::move(masters.byId);
     return image;
 }
 

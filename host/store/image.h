@@ -1,9 +1,8 @@
 // A part as the bytes of a database file.
 #pragma once
 
-#include "model/object.h"
+#include "masters.h"
 
-#include <cstdint>
 #include <string>
 
 namespace host::store {
@@ -11,6 +10,7 @@ namespace host::store {
 struct Image {
     std::string bytes;
     std::int64_t root; // checksum of the part's own row: stands for the whole content
+    MastersById masters;
 };
 
 Image imageOf(const Part &part);

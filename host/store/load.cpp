@@ -1,26 +1,34 @@
-#include "part_store.h"
-
-#include "errors.h"
+#include "journal.h"
 #include "loader.h"
+#include "locks.h"
 #include "open.h"
+#include "vfs.h"
 
-#include <cerrno>
-#include <cstring>
+#include "uf_part.h"
+
+#include <algorithm>
 #include <sqlite3.h>
-#include <sys/stat.h>
 
 namespace host::store {
 
 namespace {
 
-void requireFile(const std::string &path)
+// From the first read on nobody can write: what is verified is what is read.
+LoadedPart readAll(Database &database)
 {
-    struct stat info;
-    if (::stat(path.c_str(), &info) != 0)
-        throw errno == ENOENT || errno == ENOTDIR ? notFound(path)
-                                                  : cannotRead(path, std::strerror(errno));
-    if (!S_ISREG(info.st_mode)) throw notAPart(path, "it is no file");
-    if (info.st_size == 0) throw notAPart(path, "it is empty");
+    database.run("BEGIN; SELECT 1 FROM sqlite_schema");
+    const std::int64_t size = verifyFormat(database);
+    // A damaged length must not ask for more than there is.
+    sqlite3_limit(database.handle(), SQLITE_LIMIT_LENGTH,
+                  static_cast<int>(std::min<std::int64_t>(size, 1 << 30)));
+    return Loader(database, size).run();
+}
+
+LoadedPart readFile(const std::string &path)
+{
+    Database database(path, SQLITE_OPEN_READONLY, steppingVfs());
+    sqlite3_busy_timeout(database.handle(), kPatienceMilliseconds);
+    return readAll(database);
 }
 
 } // namespace
@@ -28,16 +36,29 @@ void requireFile(const std::string &path)
 LoadedPart load(const std::string &path)
 {
     requireFile(path);
-    Database database(path, SQLITE_OPEN_READONLY);
-    sqlite3_busy_timeout(database.handle(), kPatienceMilliseconds);
-    database.run("BEGIN; SELECT 1 FROM sqlite_schema");
-    const std::int64_t size = verifyFormat(database);
-    sqlite3_limit(database.handle(), SQLITE_LIMIT_LENGTH,
-                  static_cast<int>(std::min<std::int64_t>(size, 1 << 30)));
-    LoadedPart loaded = Loader(database, size).run();
-    loaded.part->path = path;
-    loaded.part->everSaved = true;
-    return loaded;
+    finishInterruptedSave(path);
+    try {
+        LoadedPart loaded = readFile(path);
+        loaded.part->path = path;
+        loaded.part->everSaved = true;
+        loaded.part->stored.path = path;
+        return loaded;
+    } catch (const StoreError &error) {
+        if (error.code == UF_PART_err_locked) throw lockedError(path);
+        throw;
+    }
+}
+
+LoadedPart loadImage(std::string_view bytes, const std::string &name)
+{
+    Database database(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY);
+    database.setName(name);
+    // Read only and not resizable: SQLite leaves the bytes alone in spite of the type.
+    auto *data = reinterpret_cast<unsigned char *>(const_cast<char *>(bytes.data()));
+    const auto size = static_cast<sqlite3_int64>(bytes.size());
+    database.check(sqlite3_deserialize(database.handle(), "main", data, size, size,
+                                       SQLITE_DESERIALIZE_READONLY));
+    return readAll(database);
 }
 
 } // namespace host::store

@@ -6,7 +6,7 @@
 #include "part_row.h"
 #include "texts.h"
 
-#include <limits>
+#include <algorithm>
 
 namespace host::store {
 
@@ -29,6 +29,7 @@ LoadedPart Loader::run()
     } catch (const Malformed &trouble) {
         fail(trouble.what);
     }
+    giveOut();
     return {std::move(m_part), std::move(m_objects)};
 }
 
@@ -113,12 +114,24 @@ void Loader::readAttributes()
     if (tally != m_row.attributes) fail(mismatch(AttributeRow::kTable, tally, m_row.attributes));
 }
 
-ClassId Loader::classId(std::string_view name)
+// A refused file leaves no class behind: names become ids at the very end.
+ClassId Loader::placeOfClass(std::string_view name)
 {
-    const auto known = m_classIds.find(name);
-    if (known != m_classIds.end()) return known->second;
-    const std::string text{name};
-    return m_classIds[text] = Session::get().classIdForStored(text);
+    const auto known = m_classPlaces.find(name);
+    if (known != m_classPlaces.end()) return known->second;
+    m_classNames.emplace_back(name);
+    return m_classPlaces[m_classNames.back()] = static_cast<ClassId>(m_classNames.size() - 1);
+}
+
+void Loader::giveOut()
+{
+    std::vector<ClassId> ids;
+    for (const std::string &name : m_classNames)
+        ids.push_back(Session::get().classIdForStored(name));
+    for (const auto &object : m_objects)
+        if (Udo *udo = object->as<Udo>()) udo->classId = ids[udo->classId];
+    m_part->stored.root = m_root;
+    m_part->stored.masters.insert(m_masters.begin(), m_masters.end());
 }
 
 namespace {
@@ -147,7 +160,7 @@ void Loader::take(const ObjectRow &row)
     object->name = row.name;
     object->appearance = {checkedLayer(row.layer), narrowed(row.color), narrowed(row.lineFont),
                           narrowed(row.lineWidth), row.blanked != 0};
-    const ClassId id = row.kind == "udo" ? classId(row.className) : 0;
+    const ClassId id = row.kind == "udo" ? placeOfClass(row.className) : 0;
     object->body = decodeBody(row, id, m_masters, m_references);
     object->tag = Session::get().newTag();
     m_outer.push_back({static_cast<std::uint64_t>(row.view), static_cast<std::uint64_t>(row.owner),

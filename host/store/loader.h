@@ -19,7 +19,6 @@ public:
     Loader(Database &database, std::int64_t fileSize);
 
     LoadedPart run();
-    std::int64_t root() const { return m_root; } // checksum of the part's own row
 
 private:
     // What an object's row refers to outside its body.
@@ -36,7 +35,7 @@ private:
     void readAttributes();
     void take(const ObjectRow &row);
     void take(const AttributeRow &row);
-    ClassId classId(std::string_view name);
+    ClassId placeOfClass(std::string_view name);
 
     // --- references: each names the row that holds it when it is refused
     void resolve();
@@ -44,6 +43,7 @@ private:
     void resolveUdo(Object &object, Udo &udo);
     void resolveSheetAndView(Object &object, std::uint64_t refers);
     void resolveTexts();
+    void giveOut(); // what the session and later saves need to know of a sound part
     Object &require(std::uint64_t ordinal, const Object &holder, const char *as);
     std::uint64_t tagOf(std::uint64_t ordinal) const; // of a reference inside a text
     [[noreturn]] void fail(const Object &holder, const char *what) const;
@@ -51,13 +51,14 @@ private:
 
     Database &m_database;
     std::size_t m_budget;
-    std::int64_t m_root = 0;
+    std::int64_t m_root = 0; // checksum of the part's own row
     std::unique_ptr<Part> m_part;
     std::vector<std::unique_ptr<Object>> m_objects;
     Ordinals m_ordinals;
     PartRow m_row; // its views do not outlive readPart()
     Masters m_masters;
-    std::map<std::string, ClassId, std::less<>> m_classIds;
+    std::map<std::string, ClassId, std::less<>> m_classPlaces; // UDOs hold them until all is read
+    std::vector<std::string> m_classNames;
     std::vector<Outer> m_outer;   // by place
     References m_references;      // of all bodies, one after the other
     std::size_t m_nextTarget = 0; // how far resolve() has used them

@@ -5,8 +5,11 @@
 
 #include "uf_part.h"
 
+#include <cerrno>
+#include <cstring>
 #include <iterator>
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 namespace host::store {
 
@@ -63,6 +66,16 @@ void verifyTables(Database &database)
 }
 
 } // namespace
+
+void requireFile(const std::string &path)
+{
+    struct stat info;
+    if (::stat(path.c_str(), &info) != 0)
+        throw errno == ENOENT || errno == ENOTDIR ? notFound(path)
+                                                  : cannotRead(path, std::strerror(errno));
+    if (!S_ISREG(info.st_mode)) throw notAPart(path, "it is no file");
+    if (info.st_size == 0) throw notAPart(path, "it is empty");
+}
 
 std::int64_t verifyFormat(Database &database)
 {

@@ -8,6 +8,9 @@ namespace host::store {
 // How long a reader or a second writer waits for one who is saving.
 inline constexpr int kPatienceMilliseconds = 2000;
 
+// Raises StoreError unless there is a file with something in it.
+void requireFile(const std::string &path);
+
 // After the first read: application id, version, encoding, size and tables are those of a part of
 // this version. Throws StoreError. Result: the size of the file.
 std::int64_t verifyFormat(Database &database);

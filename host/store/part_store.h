@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace host::store {
@@ -17,16 +18,31 @@ struct StoreError {
 };
 
 struct LoadedPart {
-    std::unique_ptr<Part> part; // without tag, lists and indexes: Session::adoptPart makes them
+    std::unique_ptr<Part> part; // with its tag; lists and indexes are made by Session::adoptPart
     std::vector<std::unique_ptr<Object>> objects; // tags given, in order of creation
 };
 
 // Reads a whole part. Objects get new tags; references to tags inside note and symbol texts follow.
-// Throws StoreError; the file is never changed.
+// Throws StoreError. The file is not changed, but for one thing: a save that was cut off (its journal
+// lies beside the file) is undone first.
 LoadedPart load(const std::string &path);
 
-// Writes the whole part as a new image: temporary name, sync, rename, sync of the folder. The same
-// content gives the same bytes. Throws StoreError; a failure leaves the old file as it was.
+// The same from the bytes of a file; `name` is what messages call it.
+LoadedPart loadImage(std::string_view bytes, const std::string &name);
+
+// Writes the whole part as a new image, whatever is there: temporary file, sync, rename, sync of the
+// folder. The same content gives the same bytes. Throws StoreError; a failure leaves the old file.
 void writeImage(const Part &part, const std::string &path);
+
+// Saves the part under this name. Its own file gets what changed since it was loaded or saved, in one
+// transaction; under a new name it is written as an image, and that name is its own from then on.
+// Throws StoreError: the file is then as it was and the part can be saved again. Refused are a
+// file that another process changed, replaced or removed meanwhile, one that is locked for longer
+// than two seconds, and under a new name any file that is there.
+struct SaveResult {
+    bool inPlace;
+    long long rows; // written, changed or deleted in place
+};
+SaveResult save(Part &part, const std::string &path);
 
 } // namespace host::store

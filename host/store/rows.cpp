@@ -26,7 +26,22 @@ struct Reader {
     void blob(std::string_view &value) { checksum.bytes(value = statement.blob()); }
 };
 
+struct Summer {
+    Checksum checksum;
+
+    void number(std::int64_t value) { checksum.number(value); }
+    void text(std::string_view value) { checksum.bytes(value); }
+    void blob(std::string_view value) { checksum.bytes(value); }
+};
+
 } // namespace
+
+template <class Row> std::int64_t checksumOf(Row row)
+{
+    Summer summer{Checksum(Row::kTable)};
+    row.columns(summer);
+    return summer.checksum.value();
+}
 
 template <class Row> std::int64_t write(Statement &insert, Row row)
 {
@@ -51,6 +66,9 @@ template std::int64_t write(Statement &, ObjectRow);
 template std::int64_t write(Statement &, AttributeRow);
 template std::int64_t write(Statement &, MasterRow);
 template std::int64_t write(Statement &, PartRow);
+template std::int64_t checksumOf(ObjectRow);
+template std::int64_t checksumOf(AttributeRow);
+template std::int64_t checksumOf(PartRow);
 template std::int64_t read(Statement &, ObjectRow &);
 template std::int64_t read(Statement &, AttributeRow &);
 template std::int64_t read(Statement &, MasterRow &);

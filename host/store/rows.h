@@ -133,6 +133,9 @@ struct PartRow {
 // Binds the row and its checksum and runs the statement. Result: the checksum.
 template <class Row> std::int64_t write(Statement &insert, Row row);
 
+// What the row's checksum would be.
+template <class Row> std::int64_t checksumOf(Row row);
+
 // The row that the statement stands on and its checksum, which has been verified (Malformed).
 template <class Row> std::int64_t read(Statement &select, Row &row);
 

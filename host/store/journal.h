@@ -1,0 +1,16 @@
+// The journal beside a part's file: there only while somebody saves in place, or after a crash then.
+#pragma once
+
+#include <string>
+
+namespace host::store {
+
+// If a save was cut off, puts the file back to what it was before. Throws StoreError when that cannot
+// be done.
+void finishInterruptedSave(const std::string &path);
+
+// Before a whole new file takes the name: a journal without its file would be taken for the new
+// file's and spoil it.
+void clearJournal(const std::string &path);
+
+} // namespace host::store

@@ -1,0 +1,12 @@
+// Who keeps a part's file locked.
+#pragma once
+
+#include "part_store.h"
+
+namespace host::store {
+
+// After a wait in vain: an error that names the process, when the system can tell. The file must not be
+// open in this process: closing it here would drop our own locks.
+StoreError lockedError(const std::string &path);
+
+} // namespace host::store
