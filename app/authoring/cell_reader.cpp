@@ -143,7 +143,11 @@ std::optional<ArtText> readLabel(Mapping &cell, const Box &box, const CellContex
         text = cell.text("label").value_or("");
     }
     if (text.empty()) return {};
-    const LabelStyle &style = context.labels;
+    LabelStyle style = context.labels;
+    if (const auto inset = cell.numbers("label-inset", 2, 2)) {
+        style.fromLeft = (*inset)[0];
+        style.fromTop = (*inset)[1];
+    }
     return ArtText{text, {box.x + style.fromLeft, box.y + box.height - style.fromTop}, 1, style.size,
                    style.font};
 }

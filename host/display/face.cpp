@@ -100,16 +100,7 @@ void finish(GlyphShape &shape)
         if (contour.size() > 1 && b.onCurve && a.x == b.x && a.y == b.y) contour.pop_back();
     }
     std::erase_if(shape.contours, [](const auto &contour) { return contour.size() < 2; });
-    bool first = true;
-    for (const auto &contour : shape.contours) {
-        for (const GlyphPoint &p : contour) {
-            shape.left = first ? p.x : std::min(shape.left, p.x);
-            shape.right = first ? p.x : std::max(shape.right, p.x);
-            shape.bottom = first ? p.y : std::min(shape.bottom, p.y);
-            shape.top = first ? p.y : std::max(shape.top, p.y);
-            first = false;
-        }
-    }
+    shape.measure();
 }
 
 GlyphShape load(FT_Face face, unsigned glyph)
@@ -126,6 +117,20 @@ GlyphShape load(FT_Face face, unsigned glyph)
 }
 
 } // namespace
+
+void GlyphShape::measure()
+{
+    bool first = true;
+    for (const auto &contour : contours) {
+        for (const GlyphPoint &p : contour) {
+            left = first ? p.x : std::min(left, p.x);
+            right = first ? p.x : std::max(right, p.x);
+            bottom = first ? p.y : std::min(bottom, p.y);
+            top = first ? p.y : std::max(top, p.y);
+            first = false;
+        }
+    }
+}
 
 Face::Face(const std::string &file, int index) : m_file(file), m_index(index)
 {

@@ -27,6 +27,7 @@ struct GlyphShape {
     int right = 0;
     int bottom = 0;
     int top = 0;
+    void measure(); // sets the four
 };
 
 class Face {

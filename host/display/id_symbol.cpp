@@ -104,8 +104,10 @@ private:
         return std::clamp(wanted, m_half, 3.0 * m_half);
     }
 
-    Lettering sized(double share) const
+    Lettering sized(double share) const { return sized(share, false); }
+    Lettering sized(double share, bool accents) const
     {
+        if (accents) share *= 0.7; // they stand above the capitals
         Lettering look = m_look.lettering;
         look.site = 8; // bottom centre
         look.justification = 2;
@@ -173,7 +175,7 @@ private:
     void text(const std::string &line, const Zone &zone)
     {
         if (line.empty()) return;
-        Lettering look = sized(zone.maxHeight);
+        Lettering look = sized(zone.maxHeight, hasAccents(line));
         const double middle = zone.middle * m_look.size;
         const double fit = room(line, look, middle) / lineWidth(line, look);
         if (fit < 1.0) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <memory>
-#include <tuple>
 
 #include "display/deflate.h"
 #include "display/numbers.h"
@@ -15,7 +14,7 @@ namespace host::display {
 // so the last few are kept.
 struct PdfFonts::Embedded {
     const Face *face = nullptr;
-    std::vector<Slot> slots;
+    std::vector<const Sign *> signs;
     std::string font; // deflated
     std::size_t fontLength = 0;
     std::string widths;
@@ -25,20 +24,21 @@ struct PdfFonts::Embedded {
 
 PdfFonts::PdfFonts(const Shaper &shaper) : m_codes(shaper.uses().size())
 {
-    for (std::size_t use = 0; use < shaper.uses().size(); ++use) {
-        const GlyphUse &is = shaper.uses()[use];
+    const auto &signs = shaper.uses();
+    for (std::size_t use = 0; use < signs.size(); ++use) {
         auto font = std::find_if(m_fonts.begin(), m_fonts.end(),
-                                 [&](const Font &f) { return f.face == is.face; });
-        if (font == m_fonts.end()) font = m_fonts.insert(font, {is.face, {}});
-        font->slots.push_back({is.character, is.mark, is.glyph, use});
+                                 [&](const Font &f) { return f.face == signs[use]->face; });
+        if (font == m_fonts.end()) font = m_fonts.insert(font, {signs[use]->face, {}, {}});
+        font->uses.push_back(use);
     }
     for (std::size_t font = 0; font < m_fonts.size(); ++font) {
-        auto &slots = m_fonts[font].slots;
-        std::sort(slots.begin(), slots.end(), [](const Slot &a, const Slot &b) {
-            return std::tie(a.character, a.mark) < std::tie(b.character, b.mark);
-        });
-        for (std::size_t i = 0; i < slots.size(); ++i)
-            m_codes[slots[i].use] = {font, static_cast<unsigned>(i + 1)};
+        auto &uses = m_fonts[font].uses;
+        std::sort(uses.begin(), uses.end(),
+                  [&](std::size_t a, std::size_t b) { return signs[a]->text < signs[b]->text; });
+        for (const std::size_t use : uses) {
+            m_fonts[font].signs.push_back(signs[use]);
+            m_codes[use] = {font, static_cast<unsigned>(m_fonts[font].signs.size())};
+        }
     }
 }
 
@@ -82,25 +82,25 @@ void appendBlocks(std::string &map, const std::vector<std::string> &lines)
     }
 }
 
-template <class Slots> std::string toUnicodeMap(const Slots &slots)
+std::string toUnicodeMap(const std::vector<const Sign *> &signs)
 {
     std::vector<std::string> lines;
-    for (std::size_t i = 0; i < slots.size();) {
+    for (std::size_t i = 0; i < signs.size();) {
         // A range must not pass a boundary of 256, of codes or of characters.
-        std::size_t n = 1;
+        const char32_t character = signs[i]->text[0];
         const auto follows = [&](std::size_t k) {
-            return slots[k].mark == 0 && slots[k].character == slots[i].character + (k - i) &&
-                   (slots[k].character & 0xff) != 0 && ((k + 1) & 0xff) != 0 &&
-                   slots[k].character < 0xffff;
+            return k < signs.size() && signs[k]->text.size() == 1 &&
+                   signs[k]->text[0] == character + (k - i) && (signs[k]->text[0] & 0xff) != 0 &&
+                   ((k + 1) & 0xff) != 0 && signs[k]->text[0] < 0xffff;
         };
-        while (slots[i].mark == 0 && i + n < slots.size() && follows(i + n)) ++n;
+        std::size_t n = 1;
+        while (signs[i]->text.size() == 1 && follows(i + n)) ++n;
         std::string line = "<";
         appendHex16(line, static_cast<unsigned>(i + 1));
         line += "><";
         appendHex16(line, static_cast<unsigned>(i + n));
         line += "><";
-        appendUtf16(line, slots[i].character);
-        if (slots[i].mark != 0) appendUtf16(line, slots[i].mark);
+        for (const char32_t c : signs[i]->text) appendUtf16(line, c);
         lines.push_back(line + ">\n");
         i += n;
     }
@@ -118,22 +118,21 @@ const PdfFonts::Embedded &PdfFonts::embedded(const Font &font)
 {
     static auto *kept = new std::vector<std::unique_ptr<Embedded>>;
     for (const auto &known : *kept)
-        if (known->face == font.face && known->slots == font.slots) return *known;
+        if (known->face == font.face && known->signs == font.signs) return *known;
 
     auto made = std::make_unique<Embedded>();
     made->face = font.face;
-    made->slots = font.slots;
-    std::vector<unsigned> glyphs;
+    made->signs = font.signs;
+    std::vector<const GlyphShape *> shapes;
     made->widths = "[1[";
-    for (const Slot &slot : font.slots) {
-        glyphs.push_back(slot.glyph);
-        if (glyphs.size() > 1) made->widths += ' ';
-        appendNumber(made->widths,
-                     1000.0 * font.face->shape(slot.glyph).advance / font.face->unitsPerEm(), 2);
+    for (const Sign *sign : font.signs) {
+        shapes.push_back(&sign->shape);
+        if (shapes.size() > 1) made->widths += ' ';
+        appendNumber(made->widths, 1000.0 * sign->shape.advance / font.face->unitsPerEm(), 2);
     }
     made->widths += "]]";
-    const std::string trueType = trueTypeSubset(*font.face, glyphs);
-    const std::string map = toUnicodeMap(font.slots);
+    const std::string trueType = trueTypeSubset(*font.face, shapes);
+    const std::string map = toUnicodeMap(font.signs);
     made->tag = subsetTag(trueType + map);
     made->fontLength = trueType.size();
     made->font = deflated(trueType);

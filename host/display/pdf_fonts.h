@@ -23,19 +23,10 @@ public:
     std::string write(PdfFile &file) const;
 
 private:
-    struct Slot { // in the order of codes
-        char32_t character;
-        char32_t mark;
-        unsigned glyph;
-        std::size_t use;
-        bool operator==(const Slot &other) const // the same meaning and look, in any file
-        {
-            return character == other.character && mark == other.mark && glyph == other.glyph;
-        }
-    };
     struct Font {
         const Face *face;
-        std::vector<Slot> slots; // the code of slots[i] is i + 1
+        std::vector<std::size_t> uses;
+        std::vector<const Sign *> signs; // sorted by text; the code of signs[i] is i + 1
     };
     struct Code {
         std::size_t font = 0;

@@ -128,29 +128,19 @@ void PdfPainter::fill(const FillItem &fill)
     if (!fill.outlines.empty()) op("f*");
 }
 
-// Glyphs of one font that follow each other as the font itself would set them are one string; where a
-// mark is raised or a stand-in narrowed, a new one begins.
+// Signs of one font are one string: their widths in the embedded font are those of the metrics.
 void PdfPainter::text(const ShapedText &text)
 {
     endPath();
-    if (text.glyphs.empty()) return;
+    if (text.signs.empty()) return;
     if (!m_inText) op("BT");
     m_inText = true;
     setFillColor(m_monochrome ? Rgb{} : rgbOf(text.item->color));
-    for (std::size_t begin = 0; begin < text.glyphs.size();) {
-        const PlacedGlyph &first = text.glyphs[begin];
-        const double unit = first.is.face->capitalHeight();
-        double x = first.x;
-        std::size_t end = begin;
-        while (end < text.glyphs.size()) {
-            const PlacedGlyph &next = text.glyphs[end];
-            constexpr double drift = 2e-3; // of a capital: the metrics are rounded
-            if (next.is.face != first.is.face || next.y != first.y ||
-                next.stretch != first.stretch || std::abs(next.x - x) > drift)
-                break;
-            x += next.stretch * next.is.face->shape(next.is.glyph).advance / unit + text.gap;
+    for (std::size_t begin = 0; begin < text.signs.size();) {
+        std::size_t end = begin + 1;
+        while (end < text.signs.size() &&
+               text.signs[end].sign->face == text.signs[begin].sign->face)
             ++end;
-        }
         showRun(text, begin, end);
         begin = end;
     }
@@ -174,31 +164,30 @@ void PdfPainter::setGap(double gap)
     m_gap = gap;
 }
 
-void PdfPainter::setMatrix(const TextItem &item, const PlacedGlyph &first)
+void PdfPainter::setMatrix(const TextItem &item, double x)
 {
     double s = 0.0, c = 1.0;
     if (item.angle != 0.0) {
         s = std::sin(item.angle * std::numbers::pi / 180.0);
         c = std::cos(item.angle * std::numbers::pi / 180.0);
     }
-    const double along = first.x * item.size * item.aspect, up = first.y * item.size;
-    const double width = item.aspect * first.stretch;
-    for (const double part : {width * c, width * s, -s, c}) {
+    for (const double part : {item.aspect * c, item.aspect * s, -s, c}) {
         appendNumber(m_content, part, 6);
         m_content += ' ';
     }
-    point({item.origin.x + along * c - up * s, item.origin.y + along * s + up * c});
+    const double along = x * item.size * item.aspect;
+    point({item.origin.x + along * c, item.origin.y + along * s});
     op("Tm");
 }
 
 void PdfPainter::showRun(const ShapedText &text, std::size_t begin, std::size_t end)
 {
     const TextItem &item = *text.item;
-    const PlacedGlyph &first = text.glyphs[begin];
-    const Face &face = *first.is.face;
+    const PlacedSign &first = text.signs[begin];
+    const Face &face = *first.sign->face;
     setFont(m_fonts.nameOf(first), item.size * face.unitsPerEm() / face.capitalHeight());
-    setGap(text.gap * item.size / first.stretch);
-    setMatrix(item, first);
+    setGap(text.gap * item.size);
+    setMatrix(item, first.x);
     m_content += '(';
     const auto byte = [&](unsigned value) {
         const char c = static_cast<char>(value);
@@ -209,7 +198,7 @@ void PdfPainter::showRun(const ShapedText &text, std::size_t begin, std::size_t 
             m_content += c;
     };
     for (std::size_t i = begin; i < end; ++i) {
-        const unsigned code = m_fonts.codeOf(text.glyphs[i]);
+        const unsigned code = m_fonts.codeOf(text.signs[i]);
         byte(code >> 8);
         byte(code & 0xff);
     }

@@ -29,7 +29,7 @@ private:
     void number(double value);
     void showRun(const ShapedText &text, std::size_t begin, std::size_t end);
     void setFont(std::size_t font, double size);
-    void setMatrix(const TextItem &item, const PlacedGlyph &first);
+    void setMatrix(const TextItem &item, double x);
     void setGap(double gap);
 
     const PdfFonts &m_fonts;

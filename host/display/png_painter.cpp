@@ -61,7 +61,7 @@ public:
         cairo_translate(m_cairo, item.origin.x, item.origin.y);
         cairo_rotate(m_cairo, item.angle * std::numbers::pi / 180.0);
         cairo_scale(m_cairo, item.size * item.aspect, item.size);
-        for (const PlacedGlyph &glyph : text.glyphs) outline(glyph);
+        for (const PlacedSign &placed : text.signs) outline(placed);
         cairo_set_fill_rule(m_cairo, CAIRO_FILL_RULE_WINDING);
         cairo_fill(m_cairo);
         cairo_restore(m_cairo);
@@ -84,13 +84,13 @@ private:
         cairo_set_dash(m_cairo, stroke.dashes.data(), static_cast<int>(stroke.dashes.size()), 0.0);
     }
 
-    void outline(const PlacedGlyph &glyph)
+    void outline(const PlacedSign &placed)
     {
-        const double unit = 1.0 / glyph.is.face->capitalHeight();
-        for (const auto &contour : glyph.is.face->shape(glyph.is.glyph).contours) {
+        const double unit = 1.0 / placed.sign->face->capitalHeight();
+        for (const auto &contour : placed.sign->shape.contours) {
             const auto at = [&](std::size_t i) {
                 const GlyphPoint &p = contour[i % contour.size()];
-                return Place{glyph.x + p.x * unit * glyph.stretch, glyph.y + p.y * unit};
+                return Place{placed.x + p.x * unit, p.y * unit};
             };
             cairo_new_sub_path(m_cairo);
             cairo_line_to(m_cairo, at(0).x, at(0).y);

@@ -175,30 +175,31 @@ void SvgPainter::fill(const FillItem &fill)
     m_svg += "\"/>\n";
 }
 
+// Signs of one font that are all drawn as they are, or all narrowed alike, are one element.
 void SvgPainter::text(const ShapedText &text)
 {
     endPath();
-    for (std::size_t begin = 0; begin < text.glyphs.size();) {
-        const PlacedGlyph &first = text.glyphs[begin];
+    for (std::size_t begin = 0; begin < text.signs.size();) {
+        const Sign &first = *text.signs[begin].sign;
         std::size_t end = begin + 1;
-        while (end < text.glyphs.size() && text.glyphs[end].is.face == first.is.face &&
-               text.glyphs[end].y == first.y && text.glyphs[end].stretch == first.stretch)
+        while (end < text.signs.size() && text.signs[end].sign->face == first.face &&
+               text.signs[end].sign->stretch == first.stretch)
             ++end;
         showRun(text, begin, end);
         begin = end;
     }
 }
 
-void SvgPainter::transform(const TextItem &item, const PlacedGlyph &first)
+void SvgPainter::transform(const TextItem &item, const PlacedSign &first)
 {
     double s = 0.0, c = 1.0;
     if (item.angle != 0.0) {
         s = std::sin(item.angle * std::numbers::pi / 180.0);
         c = std::cos(item.angle * std::numbers::pi / 180.0);
     }
-    const double along = first.x * item.size * item.aspect, up = first.y * item.size;
-    const double width = item.aspect * first.stretch;
-    const Place at{item.origin.x + along * c - up * s, item.origin.y + along * s + up * c};
+    const double along = (first.x + first.sign->shift) * item.size * item.aspect;
+    const double width = item.aspect * first.sign->stretch;
+    const Place at{item.origin.x + along * c, item.origin.y + along * s};
     if (item.angle == 0.0 && width == 1.0) {
         m_svg += " x=\"";
         appendNumber(m_svg, at.x);
@@ -219,8 +220,8 @@ void SvgPainter::transform(const TextItem &item, const PlacedGlyph &first)
 void SvgPainter::showRun(const ShapedText &text, std::size_t begin, std::size_t end)
 {
     const TextItem &item = *text.item;
-    const PlacedGlyph &first = text.glyphs[begin];
-    const Face &face = *first.is.face;
+    const PlacedSign &first = text.signs[begin];
+    const Face &face = *first.sign->face;
     m_svg += "<text";
     transform(item, first);
     m_svg += " font-size=\"";
@@ -234,34 +235,33 @@ void SvgPainter::showRun(const ShapedText &text, std::size_t begin, std::size_t 
     m_svg += "</text>\n";
 }
 
-// Where the next character would not be set by the font alone (extra space, a narrower stand-in) or
-// where a renderer would kern against our will, a new position is given.
+// Where the next sign would not be set by the font alone (extra space, a stand-in in the middle of its
+// place) or where a renderer would kern against our will, a new position is given.
 void SvgPainter::characters(const ShapedText &text, std::size_t begin, std::size_t end)
 {
     const TextItem &item = *text.item;
-    const PlacedGlyph &first = text.glyphs[begin];
-    const Face &face = *first.is.face;
+    const Sign &first = *text.signs[begin].sign;
+    const double start = text.signs[begin].x + first.shift;
     const bool plain = item.angle == 0.0 && item.aspect * first.stretch == 1.0;
-    double x = first.x;
+    double x = start; // where the font alone would be
     bool inSpan = false;
     for (std::size_t i = begin; i < end; ++i) {
-        const PlacedGlyph &glyph = text.glyphs[i];
+        const Sign &sign = *text.signs[i].sign;
+        const double place = text.signs[i].x + sign.shift;
         constexpr double drift = 2e-3;
         const bool kerned =
-            i > begin && face.kerning(text.glyphs[i - 1].is.glyph, glyph.is.glyph) != 0;
-        if (kerned || std::abs(glyph.x - x) > drift) {
+            i > begin && first.face->kerning(text.signs[i - 1].sign->glyph, sign.glyph) != 0;
+        if (kerned || std::abs(place - x) > drift) {
             if (inSpan) m_svg += "</tspan>";
             m_svg += "<tspan x=\"";
-            const double along = (glyph.x - first.x) * item.size;
-            appendNumber(m_svg,
-                         plain ? item.origin.x + glyph.x * item.size : along / first.stretch);
+            const double along = (place - start) * item.size;
+            appendNumber(m_svg, plain ? item.origin.x + place * item.size : along / first.stretch);
             m_svg += "\">";
             inSpan = true;
-            x = glyph.x;
+            x = place;
         }
-        appendXml(m_svg, glyph.is.character);
-        if (glyph.is.mark != 0) appendXml(m_svg, glyph.is.mark);
-        x += glyph.stretch * face.shape(glyph.is.glyph).advance / face.capitalHeight();
+        for (const char32_t character : sign.text) appendXml(m_svg, character);
+        x += sign.advance - 2.0 * sign.shift; // of the glyph itself
     }
     if (inSpan) m_svg += "</tspan>";
 }

@@ -25,7 +25,7 @@ private:
     void color(const char *attribute, Rgb value);
     void showRun(const ShapedText &text, std::size_t begin, std::size_t end);
     void characters(const ShapedText &text, std::size_t begin, std::size_t end);
-    void transform(const TextItem &item, const PlacedGlyph &first);
+    void transform(const TextItem &item, const PlacedSign &first);
 
     const bool m_monochrome;
     const double m_height;

@@ -89,10 +89,10 @@ void putGlyph(const GlyphShape &shape, Bytes &out)
 
 class SubsetWriter {
 public:
-    SubsetWriter(const Face &face, std::span<const unsigned> glyphs) : m_face(face)
+    SubsetWriter(const Face &face, std::span<const GlyphShape *const> shapes) : m_face(face)
     {
         add(face.shape(0));
-        for (const unsigned glyph : glyphs) add(face.shape(glyph));
+        for (const GlyphShape *shape : shapes) add(*shape);
         m_loca.u32(static_cast<std::uint32_t>(m_glyf.text.size()));
     }
 
@@ -213,9 +213,9 @@ private:
 
 } // namespace
 
-std::string trueTypeSubset(const Face &face, std::span<const unsigned> glyphs)
+std::string trueTypeSubset(const Face &face, std::span<const GlyphShape *const> shapes)
 {
-    return SubsetWriter(face, glyphs).write();
+    return SubsetWriter(face, shapes).write();
 }
 
 } // namespace host::display

@@ -9,7 +9,7 @@
 
 namespace host::display {
 
-// Glyph 0 is the font's box for what it lacks; glyph n is glyphs[n - 1].
-std::string trueTypeSubset(const Face &face, std::span<const unsigned> glyphs);
+// With the face's measures. Glyph 0 is its box for what it lacks; glyph n is shapes[n - 1].
+std::string trueTypeSubset(const Face &face, std::span<const GlyphShape *const> shapes);
 
 } // namespace host::display
