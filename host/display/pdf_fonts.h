@@ -14,11 +14,8 @@ public:
     // After all texts of the file have been shaped.
     explicit PdfFonts(const Shaper &shaper);
 
-    std::size_t nameOf(const PlacedGlyph &glyph) const
-    {
-        return m_codes[glyph.use].font;
-    } // n of /Fn
-    unsigned codeOf(const PlacedGlyph &glyph) const { return m_codes[glyph.use].code; }
+    std::size_t nameOf(const PlacedSign &sign) const { return m_codes[sign.use].font; } // n of /Fn
+    unsigned codeOf(const PlacedSign &sign) const { return m_codes[sign.use].code; }
     // Writes the fonts and gives the resource dictionary's entry.
     std::string write(PdfFile &file) const;
 
