@@ -32,12 +32,6 @@ void Database::run(const char *sql)
     check(sqlite3_exec(m_handle, sql, nullptr, nullptr, nullptr));
 }
 
-std::int64_t Database::number(const char *sql)
-{
-    Statement statement(*this, sql);
-    return statement.next() ? statement.integer() : 0;
-}
-
 // --- statements ---------------------------------------------------------------------------------
 
 Statement::Statement(Database &database, std::string_view sql) : m_database(database)

@@ -21,9 +21,8 @@ public:
     Database &operator=(const Database &) = delete;
 
     void run(const char *sql);
-    std::int64_t number(const char *sql); // first column of the first row
-    [[noreturn]] void fail();             // with what SQLite says
-    void check(int result);               // SQLITE_OK or fail()
+    [[noreturn]] void fail(); // with what SQLite says
+    void check(int result);   // SQLITE_OK or fail()
     sqlite3 *handle() const { return m_handle; }
     const std::string &path() const { return m_path; }
     void setName(const std::string &name) { m_path = name; } // for messages

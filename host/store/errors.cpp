@@ -63,6 +63,11 @@ StoreError errorOf(sqlite3 *database, const std::string &path, Access access)
     case SQLITE_FULL:
         return cannotWrite(path, "the disk is full");
     case SQLITE_READONLY:
+        if (access == Access::writing) return cannotWrite(path, reason);
+        return {UF_PART_err_cannot_write,
+                path + ": a save of this part was cut off and cannot be undone here: " + path +
+                    "-journal says how. Copy both files to a folder that may be written to and "
+                    "open the part there."};
     case SQLITE_PERM:
     case SQLITE_CANTOPEN:
     case SQLITE_IOERR:

@@ -5,8 +5,8 @@
 
 namespace host::store {
 
-// If a save was cut off, puts the file back to what it was before. Throws StoreError when that cannot
-// be done.
+// If a save was cut off, puts the file back to what it was before. Where that cannot be done (a folder
+// that may not be written to) the file cannot be read either, and reading it says so.
 void finishInterruptedSave(const std::string &path);
 
 // Before a whole new file takes the name: a journal without its file would be taken for the new
