@@ -32,6 +32,7 @@ public:
         const char32_t character = composedWith(marks);
         m_sign.face = faceOf(character);
         m_sign.glyph = m_sign.face->glyphOf(character);
+        m_sign.inGlyph = m_sign.text.size() - marks.size();
         m_sign.shape = m_sign.face->shape(m_sign.glyph);
         fit(metricAdvance(m_sign.text[0]));
         for (const char32_t mark : marks) add(mark);
@@ -39,17 +40,17 @@ public:
     }
 
 private:
-    // The character together with those of its marks that the drafting font has in one glyph, which
-    // leave the list.
+    // The character together with those of its first marks that the drafting font has in one glyph,
+    // which leave the list.
     char32_t composedWith(std::u32string &marks) const
     {
         char32_t character = m_sign.text[0];
-        std::erase_if(marks, [&](char32_t mark) {
-            const char32_t one = composed(character, mark);
-            if (one == 0 || FontBook::get().drafting().glyphOf(one) == 0) return false;
+        while (!marks.empty()) {
+            const char32_t one = composed(character, marks[0]);
+            if (one == 0 || FontBook::get().drafting().glyphOf(one) == 0) break;
             character = one;
-            return true;
-        });
+            marks.erase(0, 1);
+        }
         return character;
     }
 
@@ -83,7 +84,6 @@ private:
         const Face *face = faceOf(mark);
         const GlyphShape &over = face->shape(face->glyphOf(mark));
         GlyphShape &under = m_sign.shape;
-        m_sign.glyph = 0;
         if (over.contours.empty()) return;
         const double scale =
             static_cast<double>(m_sign.face->capitalHeight()) / face->capitalHeight();
@@ -93,6 +93,7 @@ private:
         const bool above = scale * over.bottom > 0.4 * capital;
         const double clear = under.top + 0.08 * capital - scale * over.bottom;
         const double rise = above ? std::max(0.0, clear) : 0.0;
+        m_sign.marks.push_back({mark, face, shift / capital, rise / capital});
         for (auto contour : over.contours) {
             for (GlyphPoint &p : contour) {
                 p.x = static_cast<int>(std::lround(p.x * scale + shift));

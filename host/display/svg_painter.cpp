@@ -227,6 +227,11 @@ void SvgPainter::showRun(const ShapedText &text, std::size_t begin, std::size_t 
     m_svg += " font-size=\"";
     appendNumber(m_svg, item.size * face.unitsPerEm() / face.capitalHeight());
     m_svg += '"';
+    if (text.gap != 0.0) {
+        m_svg += " letter-spacing=\"";
+        appendNumber(m_svg, text.gap * item.size / first.sign->stretch);
+        m_svg += '"';
+    }
     color("fill", m_monochrome ? Rgb{} : rgbOf(item.color));
     if (&face != &FontBook::get().drafting())
         m_svg += " style=\"font-family:'" + face.family() + "'\"";
@@ -235,33 +240,46 @@ void SvgPainter::showRun(const ShapedText &text, std::size_t begin, std::size_t 
     m_svg += "</text>\n";
 }
 
-// Where the next sign would not be set by the font alone (extra space, a stand-in in the middle of its
-// place) or where a renderer would kern against our will, a new position is given.
+// Where the next sign would not be set by the font alone (a stand-in in the middle of its place, marks
+// before it) or where a renderer would kern against our will, a new position is given.
 void SvgPainter::characters(const ShapedText &text, std::size_t begin, std::size_t end)
 {
     const TextItem &item = *text.item;
     const Sign &first = *text.signs[begin].sign;
     const double start = text.signs[begin].x + first.shift;
     const bool plain = item.angle == 0.0 && item.aspect * first.stretch == 1.0;
+    const auto position = [&](double x) { // in the element's own coordinates
+        return plain ? item.origin.x + x * item.size : (x - start) * item.size / first.stretch;
+    };
     double x = start; // where the font alone would be
+    double lifted = 0.0;
     bool inSpan = false;
+    const auto span = [&](double at, double rise) {
+        m_svg += inSpan ? "</tspan><tspan x=\"" : "<tspan x=\"";
+        appendNumber(m_svg, position(at));
+        if (rise != lifted) {
+            m_svg += "\" dy=\"";
+            appendNumber(m_svg, (lifted - rise) * item.size);
+        }
+        m_svg += "\">";
+        inSpan = true;
+        lifted = rise;
+    };
     for (std::size_t i = begin; i < end; ++i) {
         const Sign &sign = *text.signs[i].sign;
         const double place = text.signs[i].x + sign.shift;
         constexpr double drift = 2e-3;
         const bool kerned =
             i > begin && first.face->kerning(text.signs[i - 1].sign->glyph, sign.glyph) != 0;
-        if (kerned || std::abs(place - x) > drift) {
-            if (inSpan) m_svg += "</tspan>";
-            m_svg += "<tspan x=\"";
-            const double along = (place - start) * item.size;
-            appendNumber(m_svg, plain ? item.origin.x + place * item.size : along / first.stretch);
-            m_svg += "\">";
-            inSpan = true;
-            x = place;
+        if (kerned || !(std::abs(place - x) <= drift)) span(place, 0.0);
+        for (std::size_t c = 0; c < sign.inGlyph; ++c) appendXml(m_svg, sign.text[c]);
+        x = place + sign.advance - 2.0 * sign.shift + text.gap; // as wide as the glyph itself
+        for (const Sign::Mark &mark : sign.marks) {
+            // Of another font: the renderer takes letter and mark from it together and knows best.
+            if (mark.face == sign.face) span(text.signs[i].x + mark.x, mark.y);
+            appendXml(m_svg, mark.character);
+            x = std::nan(""); // renderers differ in how far a mark goes
         }
-        for (const char32_t character : sign.text) appendXml(m_svg, character);
-        x += sign.advance - 2.0 * sign.shift; // of the glyph itself
     }
     if (inSpan) m_svg += "</tspan>";
 }
