@@ -48,7 +48,7 @@ int checkedLinkType(unsigned type)
     return static_cast<int>(type);
 }
 
-// The tags of all or a failure: nothing is linked before every object is known to be there.
+// A dead object is refused like an unknown tag.
 std::vector<tag_t> tagsOf(const std::vector<UgObject *> &objects)
 {
     std::vector<tag_t> tags;
@@ -70,22 +70,26 @@ std::vector<UgObject *> wrappersOfType(const Udo &udo, int type)
     return objects;
 }
 
-// The links of one type get new targets where they stand; those of other types stay.
+// The links of one type get new targets where they stand. Only the stretch from the first to the
+// last that differs is rewritten; links of other types inside it stay as they are.
 void retarget(host::Object &udo, int type, const std::vector<tag_t> &targets)
 {
     std::vector<Link> links = udo.as<Udo>()->links;
     auto target = targets.begin();
-    std::size_t first = links.size();
-    for (std::size_t i = 0; i < links.size(); ++i) {
-        if (links[i].type != type) continue;
+    auto first = links.end(), last = links.end();
+    for (auto link = links.begin(); link != links.end(); ++link) {
+        if (link->type != type) continue;
         host::require(target != targets.end(), UF_err_count_mismatch);
-        if (links[i].target != *target) first = std::min(first, i);
-        links[i].target = *target++;
+        if (link->target != *target) {
+            if (first == links.end()) first = link;
+            last = link;
+        }
+        link->target = *target++;
     }
     host::require(target == targets.end(), UF_err_count_mismatch);
-    if (first == links.size()) return;
-    links.erase(links.begin(), links.begin() + static_cast<std::ptrdiff_t>(first));
-    Session::get().rewriteLinks(udo, first, links);
+    if (first == links.end()) return;
+    const auto place = static_cast<std::size_t>(first - links.begin());
+    Session::get().rewriteLinks(udo, place, {first, last + 1});
 }
 
 } // namespace
@@ -205,7 +209,10 @@ void UgUDO::addLinks(unsigned int type, const std::vector<UgObject *> &objects)
     host::member("UgUDO::addLinks", [&] {
         host::Object &udo = host::objectOf(*this);
         const int checked = checkedLinkType(type);
-        for (const tag_t tag : tagsOf(objects)) Session::get().addLink(udo, checked, tag);
+        std::vector<Link> links;
+        links.reserve(objects.size());
+        for (const tag_t tag : tagsOf(objects)) links.push_back({checked, tag});
+        Session::get().addLinks(udo, links);
     });
 }
 

@@ -171,7 +171,7 @@ TEST_F(Records, AReplacedTargetForgetsTheLinkTheNewOneLearnsIt)
 
 TEST_F(Records, UnknownTypesDeadTargetsAndCyclesAreRefusedWhole)
 {
-    UgUDO *udo = addUdo(), *a = addUdo(), *dead = addUdo();
+    UgUDO *udo = addUdo(), *a = addUdo(), *dead = addUdo(), *other = addUdo();
     ASSERT_EQ(UF_OBJ_delete_object(dead->getTag()), 0);
     EXPECT_EQ(codeOf([&] { udo->addLinks(2, {a, dead}); }), UF_err_unknown_tag);
     EXPECT_TRUE(udo->getLinks(2).empty());
@@ -179,7 +179,8 @@ TEST_F(Records, UnknownTypesDeadTargetsAndCyclesAreRefusedWhole)
     EXPECT_NE(codeOf([&] { udo->addLinks(5, {a}); }), 0);
     EXPECT_NE(codeOf([&] { udo->getLinks(5); }), 0);
     a->addLinks(2, {udo});
-    EXPECT_EQ(codeOf([&] { udo->addLinks(2, {a}); }), UF_err_link_cycle);
+    EXPECT_EQ(codeOf([&] { udo->addLinks(2, {other, a}); }), UF_err_link_cycle);
+    EXPECT_TRUE(udo->getLinks(2).empty());
 }
 
 TEST_F(Records, OwnedObjectsAreReadInOrder)
