@@ -158,10 +158,12 @@ TrBlockDefV1::getLocations(const boost::shared_ptr<TrDrawing> &drawing) const
 {
     QelFmt::require(drawing != nullptr, "TrBlockDefV1::getLocations: there is no drawing");
     const boost::shared_ptr<TrFormatBase> format = drawing->format();
-    const std::string format_id = format->GetFormatDefName();
-    for (const auto &location : getBlockLocations()) {
-        const std::string id = location->GetFormatId();
-        if (id == format_id || format->inSuite(id)) return location->getValidLocations(drawing);
+    if (!format->IsNull()) { // a sheet without a format has a place for no block
+        const std::string format_id = format->GetFormatDefName();
+        for (const auto &location : getBlockLocations()) {
+            const std::string id = location->GetFormatId();
+            if (id == format_id || format->inSuite(id)) return location->getValidLocations(drawing);
+        }
     }
     throw std::runtime_error("Block location on format not found for block " + GetId());
 }

@@ -50,8 +50,10 @@ boost::shared_ptr<BlockLocationBase> BlockLocationBase::upgrade()
 
 BlockLocationBase::SheetNames BlockLocationBase::sheetNames(const TrDrawing &drawing)
 {
+    constexpr char every[] = "Default";
     const boost::shared_ptr<TrFormatBase> format = drawing.format();
-    return {format->GetSizeName(), format->sizeSuiteName(), "Default"};
+    if (format->IsNull()) return {every, every, every};
+    return {format->GetSizeName(), format->sizeSuiteName(), every};
 }
 
 // --- the current generation -----------------------------------------------------------------------

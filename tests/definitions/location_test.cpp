@@ -266,6 +266,16 @@ TEST_F(BlockLocation, NothingForTheSheetIsOneNamelessPlaceAtTheOrigin)
     expectPlace(places[0], "", 0, 0);
 }
 
+TEST_F(BlockLocation, ASheetWithoutAFormatGetsTheDefaultPlaces)
+{
+    const auto bare = TrDrawing::getDrawing(sheet);
+    const auto location = makeBlockPlaces(
+        "F", {{"", {makePlace("empty", 1, 1)}}, {"Default", {makePlace("default", 1, 1, 3)}}});
+    const auto places = location->getValidLocations(bare);
+    ASSERT_EQ(places.size(), 1u);
+    expectPlace(places[0], "default", 419, 296); // 420 - 1, 297 - 1
+}
+
 TEST_F(BlockLocation, ASizeWithoutPlacesGivesNone)
 {
     const auto location = makeBlockPlaces("F", {{"A3", {}}});
