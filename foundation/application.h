@@ -6,13 +6,11 @@
 
 #include <string>
 
-namespace QelFmt
-{
+namespace QelFmt {
 
 class Registry;
 
-class QELFMT_API Application : public LumUg::Application
-{
+class QELFMT_API Application : public LumUg::Application {
 public:
     // Points the registry at the name, which reads every settings file of that name anew.
     explicit Application(const std::string &name);

@@ -4,8 +4,7 @@
 #include <exception>
 #include <string>
 
-namespace QelFmt
-{
+namespace QelFmt {
 
 // To be called in a handler. The text of the exception in hand: askErrorText() of a UgException,
 // what() of a standard exception. Any other kind is thrown on.

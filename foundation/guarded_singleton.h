@@ -3,13 +3,11 @@
 
 #include <stdexcept>
 
-namespace QelFmt
-{
+namespace QelFmt {
 
 // A use after the destruction (by another static object's destructor) is an error that can be
 // caught, not a read of freed memory. To be reached through one function in one source file.
-template <class T> class GuardedSingleton
-{
+template <class T> class GuardedSingleton {
 public:
     static T &get()
     {

@@ -5,8 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace QelFmt
-{
+namespace QelFmt {
 
 // Lines are collected and written in one piece:
 //
@@ -14,8 +13,7 @@ namespace QelFmt
 //     info.line("Frame Layer", GetFrameLayer());   // "Frame Layer             1\n"
 //     info.text("Field Definitions:");
 //     info.flush();
-class InfoLines
-{
+class InfoLines {
 public:
     // Label padded to 24 characters, then the value; numbers as a stream writes them by default.
     template <class T> InfoLines &line(std::string_view label, const T &value)

@@ -12,8 +12,7 @@
 #include "base/log.h"
 #include "udo/export.h"
 
-namespace QelFmt
-{
+namespace QelFmt {
 
 QELFMT_API Base::log::Logger &info_log();    // "legqelfmt.info": milestones
 QELFMT_API Base::log::Logger &verbose_log(); // "legqelfmt.verbose": every step

@@ -6,8 +6,7 @@
 #include "ug_extension.hxx"
 #include "ug_point.hxx"
 
-class QELFMT_API QelObject : public UgPoint
-{
+class QELFMT_API QelObject : public UgPoint {
 public:
     QelObject();
     ~QelObject() override;

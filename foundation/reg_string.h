@@ -5,13 +5,11 @@
 #include <string>
 #include <utility>
 
-namespace QelFmt
-{
+namespace QelFmt {
 
 // Ordered byte by byte without regard to language or case; of two texts that begin alike the
 // shorter one is first.
-class RegString
-{
+class RegString {
 public:
     RegString() = default;
     RegString(std::string text) : m_text(std::move(text)) {}

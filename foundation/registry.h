@@ -10,16 +10,14 @@
 #include <string>
 #include <vector>
 
-namespace QelFmt
-{
+namespace QelFmt {
 
 // The files are those of the registry's name in the "config" folders along the platform's search
 // directories; of a key that stands twice the last value holds, so that later directories override
 // earlier ones. Bad lines are told on the standard output and skipped; nothing here raises an error
 // for what a file holds. A setting that is missing, or that is no number where one is asked for,
 // reads as the caller's default.
-class QELFMT_API Registry
-{
+class QELFMT_API Registry {
 public:
     explicit Registry(const std::string &name); // and reads; an empty name reads nothing
 

@@ -2,21 +2,20 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <stdexcept>
 #include <type_traits>
 #include <utility>
 
-namespace Base
-{
+namespace Base {
 
 template <class Signature> class Functor;
 
 // Empty from the start without any dynamic initialisation, so that a static one may be filled and
 // asked while libraries are still being loaded.
-template <class R, class... Args> class Functor<R(Args...)>
-{
+template <class R, class... Args> class Functor<R(Args...)> {
 public:
     using Pointer = R (*)(Args...);
 

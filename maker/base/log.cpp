@@ -7,11 +7,9 @@
 #include <memory>
 #include <string_view>
 
-namespace Base::log
-{
+namespace Base::log {
 
-namespace
-{
+namespace {
 
 // What the environment asks for.
 struct Wanted {

@@ -11,14 +11,12 @@
 #include <utility>
 #include <vector>
 
-namespace Base::log
-{
+namespace Base::log {
 
 // Off at first, unless the environment variable QELFMT_LOG lists the name, its part after the last
 // dot, or "all" (separated by commas). What is logged then goes to the standard error, or to the
 // file that QELFMT_LOG_FILE names.
-class DllExport Logger
-{
+class DllExport Logger {
 public:
     explicit Logger(const std::string &name);
     ~Logger();
@@ -37,8 +35,7 @@ private:
 DllExport std::vector<Logger *> loggers(); // all that exist, in order of construction
 
 // One message. It is a record of its own when the stream is closed, by close() or the destructor.
-class DllExport LoggerStream
-{
+class DllExport LoggerStream {
 public:
     explicit LoggerStream(Logger &logger) : m_logger(logger.isOn() ? &logger : nullptr) {}
     ~LoggerStream();
@@ -81,8 +78,7 @@ DllExport void clearRecords();
 
 // Switches the loggers on and keeps the records in memory, starting from none; at the end of its
 // life switches and sink are as they were.
-class DllExport Recording
-{
+class DllExport Recording {
 public:
     explicit Recording(std::initializer_list<Logger *> loggers);
     ~Recording();

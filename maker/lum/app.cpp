@@ -1,10 +1,8 @@
 #include "lum/app.h"
 
-namespace Lum
-{
+namespace Lum {
 
-namespace
-{
+namespace {
 
 App *the_app = nullptr;
 

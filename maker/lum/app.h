@@ -5,13 +5,11 @@
 
 #include <string>
 
-namespace Lum
-{
+namespace Lum {
 
 // The framework reaches the newest application through one static pointer. Nothing guards against
 // several lasting ones: the pointer follows the newest, and an older one is then out of reach.
-class DllExport App
-{
+class DllExport App {
 public:
     explicit App(const std::string &name); // app() is this object from now on
     App(const App &other);                 // the name; app() stays

@@ -3,12 +3,10 @@
 
 #include "lum/app.h"
 
-namespace LumUg
-{
+namespace LumUg {
 
 // Neither opens nor closes a session: that is left to the entry points.
-class DllExport Application : public Lum::App
-{
+class DllExport Application : public Lum::App {
 public:
     explicit Application(const std::string &name);
     Application(const Application &) = default;

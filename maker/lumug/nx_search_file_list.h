@@ -8,16 +8,14 @@
 #include <string>
 #include <vector>
 
-namespace LumUg
-{
+namespace LumUg {
 
 // Search directories, in order: those of UGII_VENDOR_DIR, UGII_SITE_DIR and UGII_GROUP_DIR, those
 // listed in the file that UGII_CUSTOM_DIRECTORY_FILE names (one a line, "#" starts a comment,
 // ${NAME} is replaced), that of UGII_USER_DIR; with none of these variables set, the folder
 // share/qelfmt beside the library. They are read at each construction. A directory or file that
 // does not exist or cannot be read is no error.
-class DllExport NxSearchFileList
-{
+class DllExport NxSearchFileList {
 public:
     struct Place {
         std::string origin; // the variable, or "installation"
