@@ -86,6 +86,7 @@ Part &Session::adoptPart(std::unique_ptr<Part> adopted,
                   [](const Link &a, const Link &b) { return a.sequence < b.sequence; });
         for (const Link &link : udo->links) {
             m_inner->indexLink(*object, link);
+            if (link.status) m_inner->outOfDateTargets.insert(link.target);
             part.nextLinkSequence = std::max(part.nextLinkSequence, link.sequence + 1);
         }
         for (const Tag owned : udo->owned)

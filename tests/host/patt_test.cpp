@@ -287,9 +287,6 @@ TEST_F(Patterns, SwitchesAreSetOnOneOrForNewOnes)
                                0);
                  }).empty());
     EXPECT_EQ(UF_PATT_set_params(NULL_TAG, UF_PATT_off, UF_PATT_on, UF_PATT_off), 0);
-    EXPECT_EQ(
-        UF_PATT_set_params(pattern, UF_PATT_off, UF_PATT_off, static_cast<UF_PATT_switch_t>(2)),
-        UF_err_bad_parameter_number_4);
     EXPECT_EQ(UF_PATT_set_params(addNote({"a"}), UF_PATT_off, UF_PATT_off, UF_PATT_off),
               UF_err_wrong_class);
 }

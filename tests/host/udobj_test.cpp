@@ -819,6 +819,21 @@ TEST_F(Udobj, TouchingPutsLinksOutOfDateWithoutAnEdit)
     EXPECT_EQ(events.size(), 1u);
 }
 
+TEST_F(Udobj, LinksOutOfDateAreStillSoInAReopenedPart)
+{
+    const tag_t object = newPoint();
+    const tag_t udo = newUdo();
+    ASSERT_EQ(addLink(udo, 3, object), 0);
+    nxhost::touch(object);
+    ASSERT_EQ(UF_PART_save(), 0);
+    ASSERT_EQ(UF_PART_close(part, 0, 1), 0);
+    UF_PART_load_status_t status{};
+    ASSERT_EQ(UF_PART_open(folder.file("work.prt").c_str(), &part, &status), 0);
+    nxhost::updatePart(part);
+    ASSERT_EQ(events.size(), 1u);
+    EXPECT_EQ(linkStatuses(events[0].udo), std::vector<unsigned>{0});
+}
+
 // --- size -----------------------------------------------------------------------------------------
 
 TEST_F(Udobj, ATreeOfAHundredThousandIsBuiltAskedAndDeletedQuickly)
