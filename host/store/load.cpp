@@ -51,6 +51,7 @@ LoadedPart load(const std::string &path)
 
 LoadedPart loadImage(std::string_view bytes, const std::string &name)
 {
+    if (bytes.empty()) throw notAPart(name, "it is empty");
     Database database(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY);
     database.setName(name);
     // Read only and not resizable: SQLite leaves the bytes alone in spite of the type.

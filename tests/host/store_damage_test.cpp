@@ -353,7 +353,7 @@ TEST_F(DamagedPart, WrongCountsAreRefusedWhenThePartsRowIsSealedAgain)
         putBytes(path, sound);
         Forge smith(path);
         smith.run("UPDATE part SET " + std::string(column) + "=" + column + "+1000000000000");
-        smith.sealRows("part");
+        smith.sealPartRow();
         expectRefused(UF_PART_err_damaged, "rows where 1000000000");
     }
 }
