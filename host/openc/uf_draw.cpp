@@ -1,6 +1,7 @@
 #include "uf_draw.h"
 
 #include "openc/objects_of_kind.h"
+#include "openc/raw_enum.h"
 
 #include "model/calls.h"
 #include "model/session.h"
@@ -50,21 +51,21 @@ void check(const Sheet &sheet)
 // A sheet with the given values; `base` lends what they do not say.
 Sheet sheetFrom(const UF_DRAW_info_t &info, Sheet base)
 {
-    base.sizeState = info.size_state;
+    base.sizeState = host::rawValue(info.size_state);
     base.sizeCode = 0;
     base.customHeight = base.customLength = 0.0;
-    if (info.size_state == UF_DRAW_METRIC_SIZE) {
-        base.sizeCode = info.size.metric_size_code;
-    } else if (info.size_state == UF_DRAW_ENGLISH_SIZE) {
-        base.sizeCode = info.size.english_size_code;
+    if (base.sizeState == UF_DRAW_METRIC_SIZE) {
+        base.sizeCode = host::rawValue(info.size.metric_size_code);
+    } else if (base.sizeState == UF_DRAW_ENGLISH_SIZE) {
+        base.sizeCode = host::rawValue(info.size.english_size_code);
     } else {
-        requireValid(info.size_state == UF_DRAW_CUSTOM_SIZE);
+        requireValid(base.sizeState == UF_DRAW_CUSTOM_SIZE);
         base.customHeight = info.size.custom_size[0];
         base.customLength = info.size.custom_size[1];
     }
     base.scale = info.drawing_scale;
     base.units = info.units;
-    base.projection = info.projection_angle;
+    base.projection = host::rawValue(info.projection_angle);
     check(base);
     return base;
 }

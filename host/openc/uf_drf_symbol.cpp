@@ -1,5 +1,6 @@
 // ID symbols: balloons with one or two lines of text.
 #include "openc/drafting.h"
+#include "openc/raw_enum.h"
 #include "openc/vec3_args.h"
 
 #include "model/calls.h"
@@ -31,21 +32,23 @@ extern "C" int UF_DRF_create_id_symbol(UF_DRF_id_symbol_type_t id_symbol_type,
     return host::call("UF_DRF_create_id_symbol", [&] {
         host::require(id_symbol, UF_err_bad_parameter_number_5);
         *id_symbol = NULL_TAG;
-        drafting::requireValid(id_symbol_type >= UF_DRF_sym_circle &&
-                               id_symbol_type < UF_DRF_sym_maximum);
-        drafting::requireValid(origin_3d && leader_mode == UF_DRF_without_leader);
-        drafting::requireValid(leader_attach_type >= UF_DRF_leader_attach_object &&
-                               leader_attach_type <= UF_DRF_leader_attach_triangle);
+        const int type = host::rawValue(id_symbol_type);
+        const int mode = host::rawValue(leader_mode);
+        const int attach = host::rawValue(leader_attach_type);
+        drafting::requireValid(type >= UF_DRF_sym_circle && type < UF_DRF_sym_maximum);
+        drafting::requireValid(origin_3d && mode == UF_DRF_without_leader);
+        drafting::requireValid(attach >= UF_DRF_leader_attach_object &&
+                               attach <= UF_DRF_leader_attach_triangle);
         host::Part &part = Session::get().workPart();
         IdSymbol made;
-        made.type = id_symbol_type;
+        made.type = type;
         made.upper = symbolText(upper_text);
         made.lower = symbolText(lower_text);
         made.textLines = made.lower.empty() ? 1 : 2;
         made.origin = host::toVec3(origin_3d);
         made.lettering = drafting::letteringForNew(part);
-        made.leaderMode = leader_mode;
-        made.leaderAttach = leader_attach_type;
+        made.leaderMode = mode;
+        made.leaderAttach = attach;
         *id_symbol = Session::get().create(part, std::move(made)).tag;
     });
 }

@@ -1,6 +1,7 @@
 #include "uf_patt.h"
 
 #include "openc/pattern_library.h"
+#include "openc/raw_enum.h"
 #include "openc/vec3_args.h"
 
 #include "model/calls.h"
@@ -97,9 +98,9 @@ extern "C" int UF_PATT_set_params(tag_t pattern, UF_PATT_switch_t origin_status,
 {
     return host::call("UF_PATT_set_params", [&] {
         const std::array<int, 3> switches{
-            checkedSwitch(origin_status, UF_err_bad_parameter_number_2),
-            checkedSwitch(max_min_status, UF_err_bad_parameter_number_3),
-            checkedSwitch(control_pt_status, UF_err_bad_parameter_number_4)};
+            checkedSwitch(host::rawValue(origin_status), UF_err_bad_parameter_number_2),
+            checkedSwitch(host::rawValue(max_min_status), UF_err_bad_parameter_number_3),
+            checkedSwitch(host::rawValue(control_pt_status), UF_err_bad_parameter_number_4)};
         if (pattern == NULL_TAG) {
             Session::get().patternSwitches = switches;
             return;

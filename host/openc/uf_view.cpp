@@ -1,6 +1,7 @@
 #include "uf_view.h"
 
 #include "openc/objects_of_kind.h"
+#include "openc/raw_enum.h"
 
 #include "model/calls.h"
 #include "model/session.h"
@@ -60,7 +61,7 @@ const Object *earlier(const Object *a, const Object *b)
 }
 
 // Neither layers nor the sheet's edges hide an object from cycling; blanking does.
-const Object *next(const Stage &stage, UF_VIEW_cycle_objects_t type, std::uint64_t after)
+const Object *next(const Stage &stage, int type, std::uint64_t after)
 {
     switch (type) {
     case UF_VIEW_DEPENDENT_OBJECTS:
@@ -96,7 +97,7 @@ extern "C" int UF_VIEW_cycle_objects(tag_t view, UF_VIEW_cycle_objects_t type, t
         const Stage stage = stageOf(view);
         std::uint64_t after = 0;
         if (*object != NULL_TAG) after = Session::get().require(*object).ordinal;
-        const Object *found = next(stage, type, after);
+        const Object *found = next(stage, host::rawValue(type), after);
         *object = found ? found->tag : NULL_TAG;
     });
 }

@@ -3,6 +3,7 @@
 
 #include "model/calls.h"
 #include "model/session.h"
+#include "openc/raw_enum.h"
 
 #include "NXOpen/Annotations_SimpleDraftingAid.hxx"
 #include "NXOpen/NXException.hxx"
@@ -99,13 +100,14 @@ void SimpleDraftingAid::SetUserSymbolSize(UserSymbolPreferences::SizeType size_t
 {
     member("SimpleDraftingAid::SetUserSymbolSize", [&] {
         host::Object &object = noteObject(Tag());
-        host::require(size_type == UserSymbolPreferences::SizeTypeLengthHeight ||
-                          size_type == UserSymbolPreferences::SizeTypeScaleAspectRatio,
+        const int type = host::rawValue(size_type);
+        host::require(type == UserSymbolPreferences::SizeTypeLengthHeight ||
+                          type == UserSymbolPreferences::SizeTypeScaleAspectRatio,
                       UF_err_bad_parameter_number_1);
         host::require(length_or_scale > 0.0, UF_err_bad_parameter_number_2);
         host::require(height_or_aspect_ratio > 0.0, UF_err_bad_parameter_number_3);
         host::Note edited = *object.as<host::Note>();
-        edited.userSymbolSizeType = size_type;
+        edited.userSymbolSizeType = type;
         edited.userSymbolLength = length_or_scale;
         edited.userSymbolHeight = height_or_aspect_ratio;
         if (edited == *object.as<host::Note>()) return;
