@@ -58,7 +58,8 @@ void TrBlockBase::updateDefinition()
     }
     QELFMT_INFO << "Checking block for update...";
     const boost::shared_ptr<TrBlockDefV1> stored = GetDefinition();
-    if (stored->IsNull() || !(*stored == *disk)) followDefinition(*disk);
+    const bool keepsDefinition = dynamic_cast<TrBlockV1 *>(this) != nullptr;
+    if (keepsDefinition && (stored->IsNull() || !(*stored == *disk))) followDefinition(*disk);
     checkForNewFields();
     timer.end();
 }
@@ -69,8 +70,11 @@ void TrBlockBase::followDefinition(const TrBlockDefV1 &disk)
 {
     QELFMT_INFO << "Updating block definition";
     const boost::shared_ptr<TrBlockDefV1> fresh = disk.clone();
-    const boost::shared_ptr<TrBlockDefV1> old = retainDefinition();
-    setDefinition(fresh);
+    const boost::shared_ptr<TrBlockDefV1> old = GetDefinition();
+    if (old->IsNull())
+        setDefinition(fresh);
+    else
+        exchange(LumUg::kChildLink, *old, *fresh);
     try {
         QELFMT_INFO << "Updating field definitions in block";
         checkForRemovedFields();

@@ -31,9 +31,15 @@ void TrBlockV1::setDefinition(const boost::shared_ptr<TrBlockDefV1> &def) { SetD
 
 void TrBlockV1::SetDefinition(const TrBlockDefV1 &def)
 {
-    CreateUDO();
-    if (const auto old = GetDefinition(); !old->IsNull()) discard(kDefinition.linkType, *old);
-    attach(kDefinition.linkType, def);
+    const auto old = GetDefinition();
+    if (old->IsNull()) {
+        attach(kDefinition.linkType, def);
+        return;
+    }
+    if (old->tag() == def.tag()) return;
+    // In the place of the old one, before the fields: there it is found at once.
+    exchange(kDefinition.linkType, *old, def);
+    old->DeleteUDO();
 }
 
 boost::shared_ptr<TrBlockDefV1> TrBlockV1::retainDefinition()

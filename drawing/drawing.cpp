@@ -15,8 +15,8 @@
 
 #include "uf_draw.h"
 
-#include <algorithm>
 #include <map>
+#include <set>
 #include <stdexcept>
 
 namespace {
@@ -147,14 +147,12 @@ void TrDrawing::addFormat(const boost::shared_ptr<TrFormatDefV1> &def, const TrF
 void TrDrawing::replaceFormat(const boost::shared_ptr<TrFormatDefV1> &def,
                               const TrFormatSizeV1 &size)
 {
-    const auto offered = TrDefinitionFileManager::GetBlockDefinitions(def, "ALL", false);
-    const auto isOffered = [&](const std::string &id) {
-        return std::any_of(offered.begin(), offered.end(),
-                           [&](const auto &block) { return block->GetId() == id; });
-    };
+    std::set<std::string> offered;
+    for (const auto &block : TrDefinitionFileManager::GetBlockDefinitions(def, "ALL", false))
+        offered.insert(block->GetId());
     TrFormatBase::Blocks retained;
     for (boost::shared_ptr<TrBlockBase> &block : format()->getBlocks()) {
-        if (!isOffered(block->GetBlockDefName())) continue;
+        if (!offered.contains(block->GetBlockDefName())) continue;
         m_format->retainBlock(block); // or it would go with the old format
         retained.push_back(block);
     }

@@ -105,9 +105,15 @@ void TrFormatBase::setDefinition(const boost::shared_ptr<TrFormatDefV1> &def)
 
 void TrFormatBase::setDefinition(const TrFormatDefV1 &def)
 {
-    CreateUDO();
-    if (const auto old = getDefinition(); !old->IsNull()) discard(kDefinition.linkType, *old);
-    attach(kDefinition.linkType, def);
+    const auto old = getDefinition();
+    if (old->IsNull()) {
+        attach(kDefinition.linkType, def);
+        return;
+    }
+    if (old->tag() == def.tag()) return;
+    // In the place of the old one, before the blocks: there it is found at once.
+    exchange(kDefinition.linkType, *old, def);
+    old->DeleteUDO();
 }
 
 // --- the format on its sheet ------------------------------------------------------------------------

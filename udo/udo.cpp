@@ -226,6 +226,8 @@ std::vector<UgTypedObject *> UDO::GetLinks(unsigned type) const
     return typedObjects(UdoData(tag()).links(type));
 }
 
+std::vector<unsigned> UDO::linkTags(unsigned type) const { return UdoData(tag()).links(type); }
+
 std::vector<UgTypedObject *> UDO::GetOwnedObjects() const { return typedObjects(ownedBy(tag())); }
 
 std::vector<UgTypedObject *> UDO::GetOwnedObjects(int type) const

@@ -142,6 +142,8 @@ protected:
     void exchange(unsigned linkType, const UDO &old, const UDO &fresh);
 
 private:
+    std::vector<unsigned> linkTags(unsigned type) const; // as stored, null ones included
+
     friend class UDOClass;
     friend class Record;
     static std::unique_ptr<UDO> wrapperFor(tag_t udo);
@@ -222,8 +224,9 @@ std::vector<boost::shared_ptr<Child>> UDO::children(const ChildList<Child> &list
 template <class Child> boost::shared_ptr<Child> UDO::firstChild(const ChildList<Child> &list) const
 {
     if (IsNull()) return {};
-    for (UgTypedObject *object : GetLinks(list.linkType)) {
-        if (auto child = boost::dynamic_pointer_cast<Child>(Create(object))) return child;
+    // One by one: what is behind the child, a thousand blocks perhaps, is not looked at.
+    for (const unsigned child_tag : linkTags(list.linkType)) {
+        if (auto child = boost::dynamic_pointer_cast<Child>(Create(child_tag))) return child;
     }
     return {};
 }

@@ -20,9 +20,17 @@ template <class Descs> auto &byId(Descs &descs, const std::string &id)
     return *found;
 }
 
+// A number that is written first leaves counting numbers in the slots before it.
+void zeroNumbers(LumUg::UDO &record, unsigned ints, unsigned doubles)
+{
+    for (unsigned i = 0; i < ints; ++i) record.SetInt(i, 0);
+    for (unsigned i = 0; i < doubles; ++i) record.SetDouble(i, 0.0);
+}
+
 TrFieldDefV1 made(const FieldDesc &desc)
 {
     TrFieldDefV1 def;
+    zeroNumbers(def, 23, 15);
     def.SetId(desc.id);
     def.SetDefaultString(desc.defaults);
     def.SetLocationX(desc.x);
@@ -51,6 +59,7 @@ TrFieldDefV1 made(const FieldDesc &desc)
 TrTableDefV1 made(const TableDesc &desc)
 {
     TrTableDefV1 def;
+    zeroNumbers(def, 5, 5);
     def.SetId(desc.id);
     def.SetLocationX(desc.x);
     def.SetLocationY(desc.y);

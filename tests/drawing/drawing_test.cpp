@@ -55,8 +55,7 @@ TEST_F(DrawingTest, TagZeroIsTheCurrentSheetAndTheHandleIsTheSameObject)
 
 TEST_F(DrawingTest, WithoutACurrentSheetTheRemedyIsTold)
 {
-    Story empty;
-    empty.newPart("empty.prt");
+    story.newPart("empty.prt");
     EXPECT_EQ(textThrownBy([] { TrDrawing::getDrawing(0u); }),
               "No drawing sheet is current. Open the sheet to work on.");
 }

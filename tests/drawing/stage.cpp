@@ -21,7 +21,11 @@ Stage::Stage(Catalog definitions) : catalog(std::move(definitions))
 
 Stage::~Stage()
 {
-    expectSound();
+    try {
+        expectSound();
+    } catch (const UgException &failure) {
+        ADD_FAILURE() << failure.askErrorText();
+    }
     TrFormatBase::addBlockCB() = nullptr;
     Catalog::unload();
 }
