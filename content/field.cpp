@@ -12,6 +12,8 @@
 #include "uf_object_types.h"
 #include "ug_line.hxx"
 
+using QelFmt::RowMemo;
+
 namespace {
 
 UgDisplayableObject *firstNote(const std::vector<UgTypedObject *> &objects)
@@ -24,11 +26,9 @@ UgDisplayableObject *firstNote(const std::vector<UgTypedObject *> &objects)
     return nullptr;
 }
 
-// What stands on a row's note decides how high the row is.
-void noteChanged(const LumUg::UDO &field)
-{
-    QelFmt::RowMemo::rowChanged(QelFmt::firstLinking(field.tag()));
-}
+// How high a row is depends on the notes of its fields. Asked before a note comes or goes: what may fail
+// comes first.
+tag_t rowOf(const LumUg::UDO &field) { return QelFmt::firstLinking(field.tag()); }
 
 } // namespace
 
@@ -80,8 +80,9 @@ std::vector<UgLine *> TrFieldBase::GetBorders() const
 
 void TrFieldBase::RemoveNote()
 {
+    const tag_t row = rowOf(*this);
     DeleteOwnedObject(GetNote());
-    noteChanged(*this);
+    RowMemo::rowChanged(row);
 }
 
 boost::shared_ptr<TrEntryBase> TrFieldBase::owningEntry() const
@@ -112,7 +113,7 @@ void TrFieldBase::UpdateDefinition(const TrFieldDefV1 &def)
     const LumUg::Record before(linked);
     SetDefinition(def);
     refreshNotePrefs();
-    noteChanged(*this);
+    RowMemo::rowChanged(rowOf(*this));
 
     const LumUg::Record after(def);
     const auto same = [&](const auto &slot) { return before.get(slot) == after.get(slot); };
@@ -203,8 +204,9 @@ UgDisplayableObject *TrFieldV1::GetNote() const
 
 void TrFieldV1::SetNote(UgDisplayableObject *note)
 {
+    const tag_t row = IsNull() ? NULL_TAG : rowOf(*this);
     AddOwnedObjects({note});
-    noteChanged(*this);
+    RowMemo::rowChanged(row);
 }
 
 void TrFieldV1::RemoveDraftingObjects(bool keepNote)

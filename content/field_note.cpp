@@ -335,10 +335,11 @@ void TrFieldV1::deleteNote()
 void TrFieldV1::RecreateNote()
 {
     const Value value = GetValue();
-    deleteNote();
     const TrFieldDefV1 def = GetDefinition();
+    const bool keepsValue = def.IsNull() || def.GetUseDefaultInitially() != 0;
     try {
-        if (def.IsNull() || def.GetUseDefaultInitially() != 0)
+        deleteNote();
+        if (keepsValue)
             ModifyValue(value);
         else
             SetToDefaultValue();

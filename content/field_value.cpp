@@ -80,6 +80,7 @@ void TrFieldV1::ModifyValue(const Value &newValue)
     for (const std::string &line : newValue) QELFMT_INFO << "    " << line;
     QELFMT_VERBOSE << "field is multiline"; // whatever the definition says: so it has always been
 
+    const boost::shared_ptr<TrEntryBase> entry = owningEntry();
     const StoredValue before(*this);
     try {
         changeValue(newValue.empty() ? Value(1) : newValue);
@@ -87,7 +88,7 @@ void TrFieldV1::ModifyValue(const Value &newValue)
         restore(before.count, before.attributes, before.hasNote, before.noteLines);
         throw;
     }
-    if (const auto entry = owningEntry()) entry->valueChanged();
+    if (entry) entry->valueChanged();
 }
 
 void TrFieldV1::changeValue(const Value &lines)
