@@ -1,5 +1,6 @@
 #include "display/pdf_painter.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -89,7 +90,8 @@ void PdfPainter::line(const LineItem &line)
 void PdfPainter::arc(const ArcItem &arc)
 {
     setStroke(strokeOf(arc.pen, m_monochrome));
-    const double sweep = (arc.endAngle - arc.startAngle) * std::numbers::pi / 180.0;
+    const double degrees = std::clamp(arc.endAngle - arc.startAngle, -360.0, 360.0);
+    const double sweep = degrees * std::numbers::pi / 180.0;
     const int pieces =
         std::max(1, static_cast<int>(std::ceil(std::abs(sweep) / (std::numbers::pi / 4.0))));
     const double step = sweep / pieces;
@@ -108,7 +110,7 @@ void PdfPainter::arc(const ArcItem &arc)
         point(to);
         op("c");
     }
-    const bool isCircle = std::abs(arc.endAngle - arc.startAngle) >= 360.0;
+    const bool isCircle = std::abs(degrees) == 360.0;
     if (isCircle) op("h");
     m_pathEnd = at(angle);
 }

@@ -46,7 +46,8 @@ std::string bigEndian(std::uint32_t value)
 
 PngFile::PngFile(unsigned width, unsigned height, bool colour, double dotsPerInch)
     : m_width(width), m_colour(colour), m_deflater(std::make_unique<Deflater>()),
-      m_previous(width * (colour ? 3u : 1u), '\0'), m_bytes("\x89PNG\r\n\x1a\n")
+      m_row(width * (colour ? 3u : 1u) + 1u, '\0'), m_previous(width * (colour ? 3u : 1u), '\0'),
+      m_bytes("\x89PNG\r\n\x1a\n")
 {
     std::string header = bigEndian(width) + bigEndian(height);
     header += {'\x08', static_cast<char>(colour ? 2 : 0), '\0', '\0', '\0'};
@@ -71,19 +72,20 @@ void PngFile::chunk(const char *type, const std::string &data)
 void PngFile::row(const std::uint32_t *pixels)
 {
     constexpr char up = 2;
-    std::string samples;
-    samples.reserve(m_previous.size());
+    m_row[0] = up;
+    char *out = m_row.data() + 1;
+    char *above = m_previous.data();
+    const auto put = [&](std::uint32_t sample) {
+        *out++ = static_cast<char>(sample - static_cast<unsigned char>(*above));
+        *above++ = static_cast<char>(sample);
+    };
     for (unsigned i = 0; i < m_width; ++i) {
         if (m_colour) {
-            samples += static_cast<char>(pixels[i] >> 16 & 0xff);
-            samples += static_cast<char>(pixels[i] >> 8 & 0xff);
+            put(pixels[i] >> 16 & 0xff);
+            put(pixels[i] >> 8 & 0xff);
         }
-        samples += static_cast<char>(pixels[i] & 0xff);
+        put(pixels[i] & 0xff);
     }
-    m_row.assign(1, up);
-    for (std::size_t i = 0; i < samples.size(); ++i)
-        m_row += static_cast<char>(samples[i] - m_previous[i]);
-    m_previous = std::move(samples);
     m_deflater->feed(m_row, Z_NO_FLUSH);
 }
 

@@ -35,9 +35,10 @@ public:
         constexpr double radians = std::numbers::pi / 180.0;
         cairo_new_sub_path(m_cairo);
         const auto draw = arc.endAngle >= arc.startAngle ? cairo_arc : cairo_arc_negative;
+        const double sweep = std::clamp(arc.endAngle - arc.startAngle, -360.0, 360.0);
         draw(m_cairo, arc.centre.x, arc.centre.y, arc.radius, arc.startAngle * radians,
-             arc.endAngle * radians);
-        if (std::abs(arc.endAngle - arc.startAngle) >= 360.0) cairo_close_path(m_cairo);
+             (arc.startAngle + sweep) * radians);
+        if (std::abs(sweep) == 360.0) cairo_close_path(m_cairo);
         cairo_stroke(m_cairo);
     }
 
@@ -137,6 +138,17 @@ void checkDpi(double dpi)
                           " dpi is out of range; choose 10 to 2400.");
 }
 
+bool isColourful(const DisplayList &list)
+{
+    const auto black = [](const Item &item) {
+        if (const auto *line = std::get_if<LineItem>(&item)) return rgbOf(line->pen.color) == Rgb{};
+        if (const auto *arc = std::get_if<ArcItem>(&item)) return rgbOf(arc->pen.color) == Rgb{};
+        if (const auto *fill = std::get_if<FillItem>(&item)) return rgbOf(fill->color) == Rgb{};
+        return rgbOf(std::get<TextItem>(item).color) == Rgb{};
+    };
+    return !std::all_of(list.items.begin(), list.items.end(), black);
+}
+
 struct Band {
     std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)> surface;
     std::unique_ptr<cairo_t, decltype(&cairo_destroy)> cairo;
@@ -163,7 +175,7 @@ std::string pngOf(const DisplayList &list, const RenderOptions &options, RenderR
 
     const unsigned width = pixels(list.width, options.pngDpi),
                    height = pixels(list.height, options.pngDpi);
-    PngFile file(width, height, !options.monochrome, options.pngDpi);
+    PngFile file(width, height, !options.monochrome && isColourful(list), options.pngDpi);
     // Some ten million pixels at a time.
     const unsigned bandHeight = std::clamp(10'000'000u / width, 64u, height < 64u ? 64u : height);
     for (unsigned top = 0; top < height; top += bandHeight) {

@@ -9,14 +9,18 @@ namespace host::display {
 
 namespace {
 
-// A character with the marks behind it; what is not drawn is passed over.
+// A character with the marks behind it; what is not drawn is passed over. No writing stacks more than
+// a few marks, and a PDF reader takes only so many characters for one glyph.
 std::u32string nextCluster(const std::string &text, std::size_t &at)
 {
+    constexpr std::size_t most = 8;
     std::u32string cluster;
     while (at < text.size()) {
         std::size_t after = at;
         const char32_t character = nextCharacter(text, after);
-        if (!cluster.empty() && !isCombiningMark(character) && !isInvisible(character)) break;
+        const bool joins =
+            isInvisible(character) || (isCombiningMark(character) && cluster.size() < most);
+        if (!cluster.empty() && !joins) break;
         at = after;
         if (!isInvisible(character)) cluster += character < 0x20 ? U' ' : character;
     }

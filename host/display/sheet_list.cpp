@@ -34,7 +34,7 @@ public:
         if (const auto *line = object.as<Line>()) addLine(*line, object.appearance, m_sheet);
         if (const auto *arc = object.as<Arc>()) addArc(*arc, object.appearance, m_sheet);
         if (const auto *area = object.as<Area>()) addArea(*area, object.appearance, m_sheet);
-        if (const auto *note = object.as<Note>()) addNote(*note, m_sheet);
+        if (const auto *note = object.as<Note>()) addNote(*note, object.appearance, m_sheet);
         if (const auto *symbol = object.as<IdSymbol>()) addSymbol(*symbol, object.appearance);
         if (const auto *pattern = object.as<Pattern>()) addPattern(*pattern);
     }
@@ -66,6 +66,13 @@ private:
         return {penWidth(look.lineWidth), look.lineFont, look.color};
     }
 
+    // A text without a colour of its own has the object's.
+    static int textColor(const Lettering &lettering, const Appearance &look)
+    {
+        constexpr int foreground = 7;
+        return lettering.color == foreground ? look.color : lettering.color;
+    }
+
     void addLine(const Line &line, const Appearance &look, const Frame &frame)
     {
         m_list.items.push_back(LineItem{penOf(look), frame(line.start), frame(line.end)});
@@ -93,11 +100,12 @@ private:
         m_list.items.push_back(std::move(fill));
     }
 
-    void addNote(const Note &note, const Frame &frame)
+    void addNote(const Note &note, const Appearance &look, const Frame &frame)
     {
         TextBox box{
             {}, note.lettering, frame(note.origin), fontName(note.lettering.font), ++m_group};
         for (const std::string &line : note.lines) box.lines.push_back(shown(line));
+        box.lettering.color = textColor(note.lettering, look);
         box.lettering.size = frame.length(note.lettering.size);
         box.lettering.angle += frame.turn() + (note.orientation == 1 ? 90.0 : 0.0);
         appendText(box, m_list.items);
@@ -114,6 +122,7 @@ private:
                         shown(symbol.lower),
                         fontName(symbol.lettering.font),
                         ++m_group};
+        seen.lettering.color = textColor(symbol.lettering, look);
         seen.lettering.size = m_sheet.length(symbol.lettering.size);
         appendSymbol(seen, m_list.items);
     }
@@ -132,7 +141,8 @@ private:
                 addArc(*arc, shape.appearance, frame);
             if (const auto *area = std::get_if<Area>(&shape.geometry))
                 addArea(*area, shape.appearance, frame);
-            if (const auto *note = std::get_if<Note>(&shape.geometry)) addNote(*note, frame);
+            if (const auto *note = std::get_if<Note>(&shape.geometry))
+                addNote(*note, shape.appearance, frame);
         }
     }
 

@@ -1,5 +1,6 @@
 #include "display/svg_painter.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <numbers>
@@ -134,7 +135,7 @@ void SvgPainter::line(const LineItem &line)
 void SvgPainter::arc(const ArcItem &arc)
 {
     setStroke(arc.pen);
-    const double sweep = arc.endAngle - arc.startAngle;
+    const double sweep = std::clamp(arc.endAngle - arc.startAngle, -360.0, 360.0);
     const auto at = [&](double degrees) {
         const double a = degrees * std::numbers::pi / 180.0;
         return Place{arc.centre.x + arc.radius * std::cos(a),
@@ -152,7 +153,7 @@ void SvgPainter::arc(const ArcItem &arc)
         m_svg += sweep >= 0.0 ? " 0 0 0 " : " 0 0 1 "; // y points down: counter-clockwise is 0
         point(at(arc.startAngle + sweep * i / pieces));
     }
-    if (std::abs(sweep) >= 360.0) m_svg += 'Z';
+    if (std::abs(sweep) == 360.0) m_svg += 'Z';
     m_pathEnd = {std::nan(""), 0.0};
 }
 
