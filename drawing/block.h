@@ -30,6 +30,7 @@ class QELFMT_API TrBlockBase : public LumUg::UDO {
 public:
     using Fields = std::vector<boost::shared_ptr<TrFieldBase>>;
     using Tables = std::vector<boost::shared_ptr<TrTableBase>>;
+    using Places = std::vector<QelFmt::LocationInfoType>;
 
     TrBlockBase();
     explicit TrBlockBase(UgUDO *udo);
@@ -93,7 +94,7 @@ private:
     void checkForRemovedFields();
 
     void placeAt(const Point2 &point);
-    void rememberLocation(const std::string &name);
+    void locateAt(const QelFmt::LocationInfoType &location, const Places &places);
     void placeByDefinition();
     void locateChildren();
     void moveChildren();

@@ -5,10 +5,38 @@
 #include "definitions/locations.h"
 #include "drawing/block.h"
 
-void TrBlockBase::locateBlock(const QelFmt::LocationInfoType &location)
+#include <algorithm>
+
+namespace {
+
+using Place = QelFmt::LocationInfoType;
+
+// No name is never found, though a definition that does not know the size of the sheet answers with
+// a nameless place.
+TrBlockBase::Places::const_iterator findNamed(const std::string &name,
+                                              const TrBlockBase::Places &places)
+{
+    if (name.empty()) return places.end();
+    return std::find_if(places.begin(), places.end(),
+                        [&](const Place &place) { return place.name == name; });
+}
+
+} // namespace
+
+void TrBlockBase::locateBlock(const Place &location)
+{
+    const boost::shared_ptr<TrBlockDefV1> def = GetDefinition();
+    // A place without a name can be had where the definition knows none at all.
+    const bool ask = !location.name.empty() && !def->IsNull();
+    locateAt(location, ask ? def->getLocations() : Places());
+}
+
+void TrBlockBase::locateAt(const Place &location, const Places &places)
 {
     placeAt(location.location);
-    rememberLocation(location.name);
+    const auto named = findNamed(location.name, places);
+    if (named != places.end()) // else the index stays what it was
+        SetAlternateLocationIndex(static_cast<int>(named - places.begin()));
     locateChildren();
 }
 
@@ -30,35 +58,23 @@ void TrBlockBase::placeAt(const Point2 &point)
     SetY(point[1]);
 }
 
-// A name that the definition does not have leaves the index as it was; so does no name, which the
-// definition's own answer for a size that it does not know would match.
-void TrBlockBase::rememberLocation(const std::string &name)
-{
-    if (name.empty()) return;
-    const boost::shared_ptr<TrBlockDefV1> def = GetDefinition();
-    if (def->IsNull()) return;
-    const auto locations = def->getLocations();
-    for (std::size_t i = 0; i < locations.size(); ++i) {
-        if (locations[i].name != name) continue;
-        SetAlternateLocationIndex(static_cast<int>(i));
-        return;
-    }
-}
-
 // A block that the user placed freely, that has no place on this size (a negative X says so), or
 // that has lost its definition stays where it is.
 void TrBlockBase::placeByDefinition()
 {
     const boost::shared_ptr<TrBlockDefV1> def = GetDefinition();
     if (def->IsNull()) return;
-    if (def->GetMovable() == 0) {
-        locateBlock(def->getDefaultLocation());
+    const bool movable = def->GetMovable() != 0;
+    const int index = movable ? GetAlternateLocationIndex() : 0;
+    if (index < 0) return;
+    const Places places = def->getLocations();
+    if (!movable) {
+        locateAt(places.empty() ? def->getDefaultLocation() : places.front(), places);
         return;
     }
-    const int index = GetAlternateLocationIndex();
-    if (index < 0) return;
-    const QelFmt::LocationInfoType location = def->getLocation(index);
-    if (location.location[0] >= 0.0) locateBlock(location);
+    if (static_cast<std::size_t>(index) >= places.size()) return;
+    const Place &place = places[static_cast<std::size_t>(index)];
+    if (place.location[0] >= 0.0) locateAt(place, places);
 }
 
 void TrBlockBase::locateChildren()
@@ -70,7 +86,7 @@ void TrBlockBase::locateChildren()
     for (const auto &table : getTables()) table->locate();
 }
 
-void TrBlockBase::move(const QelFmt::LocationInfoType &location)
+void TrBlockBase::move(const Place &location)
 {
     locateBlock(location);
     moveChildren();

@@ -81,10 +81,11 @@ bool TrFormatBase::inSuite(const std::string &name) const
 
 std::string TrFormatBase::sizeSuiteName() const
 {
-    const std::string ofSize = valueOf(currentSize(), &TrFormatSizeV1::GetSuiteName);
-    if (!ofSize.empty()) return ofSize;
     const auto def = getDefinition();
-    return def->IsNull() ? std::string() : def->GetSuiteName();
+    if (def->IsNull()) return {};
+    const std::string ofSize =
+        valueOf(def->GetSizeDef(GetSizeName()), &TrFormatSizeV1::GetSuiteName);
+    return ofSize.empty() ? def->GetSuiteName() : ofSize;
 }
 
 std::string TrFormatBase::sizeLabel() const
