@@ -29,6 +29,7 @@ public:
         verifyFormat(database);
         readPartRow();
         if (m_root != root) throw changedOnDisk(path, "it was saved again by somebody else");
+        verifyPages(database);
     }
 
     Database database;

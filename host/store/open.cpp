@@ -5,6 +5,7 @@
 
 #include "uf_part.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <iterator>
@@ -32,11 +33,32 @@ public:
     }
 
     std::int64_t size() const { return m_size; }
-    std::int64_t pageSize() const { return m_bytes[16] * 256 + m_bytes[17]; }
     std::int64_t pages() const { return at(28); }
-    std::int64_t encoding() const { return at(56); }
     std::int64_t version() const { return at(60); }
     std::int64_t applicationId() const { return at(68); }
+
+    // What is the same in all our files: a change here could make SQLite treat the pages in another
+    // way the next time it writes.
+    bool settled() const
+    {
+        static constexpr struct {
+            int offset;
+            std::int64_t value;
+        } kFixed[] = {{16, kPageSize << 16 | 0x0101}, // both format versions: rollback journal
+                      {20, 0x00402020},               // no reserved bytes, payload fractions
+                      {44, 4},                        // schema format
+                      {48, 0},                        // cache size
+                      {52, 0},                        // no vacuum by itself
+                      {56, 1},                        // UTF-8
+                      {64, 0},                        // nor incremental
+                      {72, 0},
+                      {76, 0},
+                      {80, 0},
+                      {84, 0},
+                      {88, 0}};
+        return std::all_of(std::begin(kFixed), std::end(kFixed),
+                           [&](const auto &field) { return at(field.offset) == field.value; });
+    }
 
 private:
     std::int64_t at(int offset) const
@@ -77,6 +99,13 @@ void requireFile(const std::string &path)
     if (info.st_size == 0) throw notAPart(path, "it is empty");
 }
 
+void verifyPages(Database &database)
+{
+    Statement check(database, "PRAGMA quick_check(1)");
+    if (!check.next() || check.text() != "ok")
+        throw damaged(database.path(), "its pages are not in order");
+}
+
 std::int64_t verifyFormat(Database &database)
 {
     const std::string &path = database.path();
@@ -89,12 +118,11 @@ std::int64_t verifyFormat(Database &database)
                              std::to_string(header.version()) + ", this program reads up to " +
                              std::to_string(kVersion) +
                              "). Open it with that version or a later one."};
-    if (header.version() < 1 || header.encoding() != 1 || header.pageSize() != kPageSize)
+    if (header.version() < 1 || !header.settled())
         throw damaged(path, "its header has impossible values");
-    if (header.size() != header.pages() * header.pageSize())
+    if (header.size() != header.pages() * kPageSize)
         throw damaged(path, "it is " + std::to_string(header.size()) + " bytes long where " +
-                                std::to_string(header.pages() * header.pageSize()) +
-                                " were stored");
+                                std::to_string(header.pages() * kPageSize) + " were stored");
     verifyTables(database);
     return header.size();
 }

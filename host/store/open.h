@@ -15,4 +15,7 @@ void requireFile(const std::string &path);
 // this version. Throws StoreError. Result: the size of the file.
 std::int64_t verifyFormat(Database &database);
 
+// Before anything is written: reading overlooks damage in free space, writing would build on it.
+void verifyPages(Database &database);
+
 } // namespace host::store

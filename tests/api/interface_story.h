@@ -36,7 +36,7 @@ protected:
             table.SetSymbolType(1);
             table.AddFieldDefinition(makeTextField("NO", 0.0));
             table.AddFieldDefinition(makeTextField("TEXT", 10.0));
-            title.AddTableDefinition(boost::shared_ptr<TrTableDefV1>(new TrTableDefV1(table)));
+            title.AddTableDefinition(table);
             makeBlock("NOTE");
         });
         ASSERT_EQ(TRV_FMT_initialize(), 0) << TRV_FMT_ask_last_error();

@@ -125,11 +125,13 @@ private:
             note({"spacing " + std::to_string(space).substr(0, 3)}, 60, y, look);
             y -= 6;
         }
+        int column = 0;
         for (const double pitch : {0.5, 1.0, 2.0}) {
             TextLook look;
             look.lineSpace = pitch;
             look.site = 1;
-            note({"pitch", std::to_string(pitch).substr(0, 3), "H"}, 118 + pitch * 14, 190, look);
+            note({"pitch", std::to_string(pitch).substr(0, 3), "H"}, 105 + column++ * 18, 190,
+                 look);
         }
     }
 
@@ -137,7 +139,7 @@ private:
     {
         title("ID symbols 1 to 12; long texts; tall texts", 180, 212);
         for (int type = 1; type <= 12; ++type) {
-            const double x = 188 + (type - 1) * 20;
+            const double x = type < 10 ? 164 + type * 18 : 108 + type * 24.5;
             symbol(type, "A1", "23", x, 198);
             symbol(type, "WIDE-12", "Qjy-98", x, 180);
             symbol(type, "H", "H", x, 162, 13, 9);

@@ -3,6 +3,7 @@
 
 #include "model/text_metrics.h"
 #include "uf_attr.h"
+#include "uf_trns.h"
 #include "uf_view.h"
 
 #include <cmath>
@@ -177,6 +178,44 @@ TEST_F(SheetList, AnglesTurnTheBoxAboutTheOriginAndVerticalIsAQuarterMore)
     EXPECT_EQ(texts[2].angle, 120);
     // 15 along the direction 120 + 90 = 210 degrees: (-12.990381, -7.5).
     expectPlace(texts[2].origin, 50 - 12.990381, 60 - 7.5, 1e-6);
+}
+
+TEST_F(SheetList, AFlippedNoteStandsOnItsHeadAtItsOrigin)
+{
+    newPart("part");
+    const tag_t sheet = newSheet("A", 200, 200);
+    TextLook look;
+    look.size = 10;
+    const tag_t flipped = note({"A", "B"}, 50, 60, look);
+    double origin[3] = {50, 60, 0}, direction[3] = {0, 0, 1}, degrees = 180, matrix[12];
+    int status = -1;
+    uf5945(origin, direction, &degrees, matrix, &status);
+    ASSERT_EQ(status, 0);
+    const int count = 1, move = 1, sameLayer = 0, noTrace = 2;
+    uf5947(matrix, &flipped, &count, &move, &sameLayer, &noTrace, nullptr, nullptr, &status);
+    ASSERT_EQ(status, 0);
+    const auto texts = textsOf(displayList(sheet));
+    ASSERT_EQ(texts.size(), 2u);
+    EXPECT_NEAR(texts[0].angle, 180, 1e-9);
+    expectPlace(texts[0].origin, 50, 45); // the upper line is now 15 below
+    expectPlace(texts[1].origin, 50, 60);
+}
+
+TEST_F(SheetList, ATextWithoutAColourOfItsOwnHasItsObjects)
+{
+    newPart("part");
+    const tag_t sheet = newSheet("A", 100, 100);
+    TextLook green;
+    green.color = 2;
+    note({"own"}, 5, 5, green);
+    ASSERT_EQ(UF_OBJ_set_color(note({"object's"}, 5, 15), 4), 0);
+    ASSERT_EQ(UF_OBJ_set_color(symbol(UF_DRF_sym_circle, "A", "", 50, 50), 3), 0);
+    const auto texts = textsOf(displayList(sheet));
+    ASSERT_EQ(texts.size(), 3u);
+    EXPECT_EQ(texts[0].color, 2);
+    EXPECT_EQ(texts[1].color, 4);
+    EXPECT_EQ(texts[2].color, 3);
+    EXPECT_EQ(itemsOf<ArcItem>(displayList(sheet)).at(0).pen.color, 3);
 }
 
 TEST_F(SheetList, ReferencesAreShownResolved)
