@@ -55,6 +55,11 @@ bool hasLocation(const TrBlockDefV1 &def, const TrFormatBase &format)
     });
 }
 
+void requireFormat(const TrFormatBase &format)
+{
+    if (format.IsNull()) throw std::runtime_error("No format found on drawing");
+}
+
 void reportMissingRequiredBlock(const std::string &id)
 {
     std::string text =
@@ -163,6 +168,7 @@ void TrFormatBase::remove()
 
 boost::shared_ptr<TrBlockBase> TrFormatBase::addBlock(const std::string &id)
 {
+    requireFormat(*this);
     const boost::shared_ptr<TrBlockDefV1> def = blockDefinition(id);
     return addBlock(def, defaultLocation(*def, *this));
 }
@@ -176,6 +182,7 @@ boost::shared_ptr<TrBlockBase> TrFormatBase::addBlock(const std::string &id,
 boost::shared_ptr<TrBlockBase> TrFormatBase::addBlock(const boost::shared_ptr<TrBlockDefV1> &def,
                                                       const QelFmt::LocationInfoType &location)
 {
+    requireFormat(*this);
     QELFMT_INFO << "Addng block " << def->GetId();
     boost::shared_ptr<TrBlockBase> block = createAndAddBlock(def);
     initializeBlock(block, location);

@@ -189,6 +189,18 @@ TEST_F(FormatTest, ScaleAndProjectionAngleOfTheSheetStay)
     EXPECT_EQ(info().projection_angle, UF_DRAW_FIRST_ANGLE_PROJECTION);
 }
 
+// The platform proper lets only the current sheet be given a size.
+TEST_F(FormatTest, WhereOnlyTheCurrentSheetCanBeResizedAnotherOneIsRefused)
+{
+    addFormat("A3");
+    story.addSheet("SHEET2", 420, 297);
+    nxhost::setStrictDrawingInfo(true);
+    EXPECT_EQ(codeThrownBy([&] { resize("A2"); }), UF_DRAW_err_not_current);
+    story.open(sheet);
+    resize("TALL");
+    EXPECT_EQ(drawing()->drawingSize()[1], 900);
+}
+
 TEST_F(FormatTest, UnitsOtherThanMillimetresMakeEnglishSheets)
 {
     for (const int units : {2, 0, 3}) {
@@ -306,6 +318,18 @@ TEST_F(FormatTest, ABlockWithoutAPlaceOnTheFormatIsRefusedByName)
     reload();
     EXPECT_EQ(textThrownBy([&] { format()->addBlock("NOTES"); }),
               "Block location on format not found for block NOTES");
+}
+
+TEST_F(FormatTest, WithoutAFormatNoBlockCanBeAdded)
+{
+    const auto changes = story.changesDuring([&] {
+        EXPECT_EQ(textThrownBy([&] { format()->addBlock("NOTES"); }), "No format found on drawing");
+        EXPECT_EQ(textThrownBy([&] {
+                      format()->addBlock("NOTES", {"", {1, 2}});
+                  }),
+                  "No format found on drawing");
+    });
+    EXPECT_TRUE(changes.empty());
 }
 
 TEST_F(FormatTest, ABlockMayStandTwice)
