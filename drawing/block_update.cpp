@@ -15,14 +15,6 @@
 
 namespace {
 
-// Whether the record is linked as a child of the owner.
-bool holds(const LumUg::UDO &owner, const LumUg::UDO &record)
-{
-    if (record.IsNull()) return false;
-    const auto children = owner.GetLinks(LumUg::kChildLink);
-    return std::find(children.begin(), children.end(), record.GetUdoObject()) != children.end();
-}
-
 template <class Definitions> std::set<std::string> idsOf(const Definitions &definitions)
 {
     std::set<std::string> ids;
@@ -101,6 +93,7 @@ void TrBlockBase::pairFields(const TrBlockDefV1 &def)
         fields[i]->UpdateDefinition(definitions[i]);
         if (fields[i]->GetDefinition().tag() != definitions[i].tag())
             fields[i]->SetDefinition(definitions[i]);
+        fields[i]->fitBorders(); // also where the block itself stays where it is
     }
 }
 
@@ -120,10 +113,12 @@ void TrBlockBase::pairTables(const TrBlockDefV1 &def)
 void TrBlockBase::dropOldDefinition(TrBlockDefV1 &old)
 {
     if (old.IsNull()) return;
+    const auto records = old.GetLinks(LumUg::kChildLink);
+    const std::set<const UgTypedObject *> going(records.begin(), records.end());
     for (const auto &field : getFields())
-        if (holds(old, field->GetDefinition())) field->keepDefinition();
+        if (going.contains(field->GetDefinition().GetUdoObject())) field->keepDefinition();
     for (const auto &table : getTables())
-        if (holds(old, *table->GetDefinition())) table->keepDefinition();
+        if (going.contains(table->GetDefinition()->GetUdoObject())) table->keepDefinition();
     old.DeleteUDO();
 }
 

@@ -7,8 +7,6 @@
 #include "uf_obj.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 
 namespace {
 
@@ -44,33 +42,7 @@ public:
     static LumUg::UDO *CreateInstance() { return new ForeignRecord; }
 };
 
-// Made before anything asks for a sheet, so destroyed after the handles are.
-struct ExitProbe {
-    tag_t sheet = NULL_TAG; // asked for at exit
-    ~ExitProbe()
-    {
-        if (sheet == NULL_TAG) return;
-        try {
-            TrDrawing::getDrawing(sheet);
-        } catch (const std::exception &failure) {
-            std::fprintf(stderr, "%s\n", failure.what());
-            std::_Exit(3);
-        }
-    }
-};
-ExitProbe exitProbe;
-
 } // namespace
-
-TEST_F(DrawingTest, AHandleAskedForAfterTheHandlesAreGoneIsAnErrorThatCanBeCaught)
-{
-    const auto exitAsking = [&] {
-        TrDrawing::getDrawing(sheet);
-        exitProbe.sheet = sheet;
-        std::exit(0);
-    };
-    EXPECT_EXIT(exitAsking(), testing::ExitedWithCode(3), "Dead Reference Detected");
-}
 
 TEST_F(DrawingTest, TagZeroIsTheCurrentSheetAndTheHandleIsTheSameObject)
 {

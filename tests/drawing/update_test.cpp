@@ -8,6 +8,7 @@
 #include "drawing/block_not_exist.h"
 
 #include "uf_obj.h"
+#include "ug_line.hxx"
 
 #include <algorithm>
 #include <regex>
@@ -349,6 +350,33 @@ TEST_F(UpdateTest, AFreelyPlacedBlockKeepsItsPlace)
     update();
     EXPECT_EQ(blockAt("NOTES"), (At{50, 60}));
     EXPECT_EQ(noteAt("NOTES", "TEXT"), (At{52, 69}));
+}
+
+// The box is 40 wide and 8 high, then 60 by 10; the block stands at (50, 60), the field 2, 3 from it.
+TEST_F(UpdateTest, TheBordersOfAFreelyPlacedBlockFollowItsFields)
+{
+    FieldDesc &text = catalog.field("NOTES", "TEXT");
+    text.width = 40;
+    text.height = 8;
+    text.borders = {0, 0, 0, 1, 0}; // right
+    reload();
+    format()->addBlock("NOTES");
+    const double point[] = {50, 60};
+    block("NOTES")->locateBlock(point);
+    const auto expectRightLine = [&](double x, double y0, double y1) {
+        const auto lines = field("NOTES", "TEXT")->GetBorders();
+        ASSERT_EQ(lines.size(), 1u);
+        const Point3 start = lines[0]->getStartPoint(), end = lines[0]->getEndPoint();
+        EXPECT_EQ((At{start[0], start[1]}), (At{x, y0}));
+        EXPECT_EQ((At{end[0], end[1]}), (At{x, y1}));
+    };
+    expectRightLine(92, 63, 71);
+    text.x = 5;
+    text.width = 60;
+    text.height = 10;
+    reload();
+    update();
+    expectRightLine(115, 63, 73);
 }
 
 TEST_F(UpdateTest, AnUpdateThatFailsMidwayLosesNeitherFieldsNorValues)
