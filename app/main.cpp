@@ -19,7 +19,8 @@ void addOptions(CLI::App &parser, app::Options &options)
     parser.add_flag("-v,--verbose", options.verbose, "What the library does, on the standard error");
     parser.add_flag("-n,--dry-run", options.dryRun, "Do everything but save");
     parser.add_option("--defs", options.definitions,
-                      "Folder with format_defs, patterns and config (repeatable)");
+                      "Folder with format_defs, patterns and config (repeatable)")
+        ->allow_extra_args(false);
     parser.fallthrough();
 }
 

@@ -65,7 +65,7 @@ TEST_F(Formats, DuplicateBlocksStandSideBySideAndTheFirstIsDeleted)
     EXPECT_EQ(blocks(), (Texts{"TITLE", "NOTE", "NOTE"}));
     ASSERT_EQ(TRV_FMT_delete_block(sheet, "NOTE"), 0);
     EXPECT_EQ(blocks(), (Texts{"TITLE", "NOTE"}));
-    EXPECT_EQ(nxhost::listSheet(sheet).find("70"), std::string::npos); // the moved one is gone
+    EXPECT_EQ(nxhost::listSheet(sheet).find("(70, 80"), std::string::npos); // the moved one is gone
 }
 
 TEST_F(Formats, UnknownBlocksAreMovedAndDeletedWithoutChange)

@@ -32,8 +32,14 @@ protected:
             TrTableDefV1 table;
             table.SetId("REV");
             table.SetLocationY(50.0);
+            table.SetLocationX(0.0);
             table.SetDirection(1);
             table.SetSymbolType(1);
+            table.SetSymbolColor(7);
+            table.SetSymbolIdType(0);
+            table.SetSymbolLayer(22);
+            table.SetSymbolTextSize(3.5);
+            table.SetSymbolTextAspect(1.0);
             table.AddFieldDefinition(makeTextField("NO", 0.0));
             table.AddFieldDefinition(makeTextField("TEXT", 10.0));
             title.AddTableDefinition(table);
@@ -49,10 +55,25 @@ protected:
         TRV_FMT_terminate();
     }
 
+    // Every slot stored as 0 or empty: what a single write past the end puts before it would count.
+    static TrFieldDefV1 blankField(const std::string &id)
+    {
+        TrFieldDefV1 field = makeField(id);
+        LumUg::Record record(field);
+        const auto blank = [&](const auto &slot) {
+            using Slot = std::remove_cvref_t<decltype(slot)>;
+            if constexpr (std::is_same_v<Slot, LumUg::IntSlot>) record.put(slot, 0);
+            if constexpr (std::is_same_v<Slot, LumUg::DoubleSlot>) record.put(slot, 0.0);
+        };
+        std::apply([&](const auto &...slot) { (blank(slot), ...); }, TrFieldDefV1::kLayout);
+        record.write(field);
+        return field;
+    }
+
     // Height 5, text 2.5 high at the left bottom of a box 20 wide: text box 2.5, margins 1.
     static TrFieldDefV1 makeTextField(const std::string &id, double x)
     {
-        TrFieldDefV1 field = makeField(id);
+        TrFieldDefV1 field = blankField(id);
         field.SetUseDefaultInitially(1);
         field.SetLocationX(x);
         field.SetWidth(20.0);

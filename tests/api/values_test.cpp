@@ -93,7 +93,7 @@ TEST_F(Values, ADeletedRowIsGoneAndTheOthersCloseUp)
     // Rows are 2.5 high with 1 of margin twice: 4.5. The table stands at (10, 10 + 50); row 1 at
     // y = 60 + 4.5; the note at the margin: (10 + 1, 64.5 + 1).
     const std::string listing = nxhost::listSheet(sheet);
-    EXPECT_NE(listing.find("11 65.5"), std::string::npos) << listing;
+    EXPECT_NE(listing.find("(11, 65.5, 0)"), std::string::npos) << listing;
 }
 
 TEST_F(Values, EntriesOutOfRangeAreRefusedAndNothingIsDeleted)
@@ -127,7 +127,7 @@ TEST_F(Values, ARowsSymbolStandsWhereItWasPlaced)
     addRows(1);
     const double there[] = {200.0, 150.0, 99.0};
     ASSERT_EQ(TRV_FMT_place_symbol(sheet, "TITLE", "REV", 0, there), 0) << TRV_FMT_ask_last_error();
-    EXPECT_NE(nxhost::listSheet(sheet).find("200 150 0"), std::string::npos)
+    EXPECT_NE(nxhost::listSheet(sheet).find("(200, 150, 0)"), std::string::npos)
         << nxhost::listSheet(sheet);
 }
 

@@ -24,7 +24,7 @@ protected:
     {
         char name[] = "/tmp/qelfmt-test-XXXXXX";
         folder = mkdtemp(name);
-        write("site/config/tr_format", "[Format Defaults]\nCOMPANY = \"Nordhaven Pumps\"\n");
+        write("site/config/tr_format", "[Format Defaults]\nCOMPANY0 = \"Nordhaven Pumps\"\n");
     }
     void TearDown() override { std::filesystem::remove_all(folder); }
 
