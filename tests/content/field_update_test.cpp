@@ -142,15 +142,16 @@ TEST_F(LegacyField, IsReadNotEdited)
     EXPECT_TRUE(old.GetDefinition().IsNull());
     EXPECT_FALSE(old.GetBlock());
 
-    EXPECT_TRUE(story
-                    .changesDuring([&] {
-                        old.ModifyValue({"x"});
-                        old.SetIsEditable(1);
-                        old.RecreateNote();
-                        old.RemoveDraftingObjects(false);
-                        old.SetDefinition(fieldDef("UNUSED"));
-                    })
-                    .size() > 0); // the unused definition, and nothing else
+    const TrFieldDefV1 def = fieldDef("UNUSED");
+    const auto changes = story.changesDuring([&] {
+        old.ModifyValue({"x"});
+        old.SetIsEditable(1);
+        old.RecreateNote();
+        old.RemoveDraftingObjects(false);
+        old.SetDefinition(def);
+        old.UpdateBorders(5.0);
+    });
+    EXPECT_EQ(changes, Lines{});
     EXPECT_EQ(old.GetValue(), (Lines{"one", "two"}));
     EXPECT_EQ(old.GetIsEditable(), 0);
 }
