@@ -69,6 +69,8 @@ struct Found {
 
 Found systemFontWith(char32_t character)
 {
+    static const std::unique_ptr<FcConfig, decltype(&FcConfigDestroy)> config(
+        FcInitLoadConfigAndFonts(), FcConfigDestroy); // ours alone: nobody else's may be ended
     FcPattern *pattern = FcPatternCreate();
     FcCharSet *wanted = FcCharSetCreate();
     FcCharSetAddChar(wanted, character);
@@ -76,12 +78,12 @@ Found systemFontWith(char32_t character)
     FcPatternAddBool(pattern, FC_SCALABLE, FcTrue);
     FcPatternAddBool(pattern, FC_OUTLINE, FcTrue);
     FcPatternAddString(pattern, FC_FAMILY, reinterpret_cast<const FcChar8 *>("sans-serif"));
-    FcConfigSubstitute(nullptr, pattern, FcMatchPattern);
+    FcConfigSubstitute(config.get(), pattern, FcMatchPattern);
     FcDefaultSubstitute(pattern);
 
     Found found;
     FcResult result = FcResultNoMatch;
-    FcFontSet *fonts = FcFontSort(nullptr, pattern, FcFalse, nullptr, &result);
+    FcFontSet *fonts = FcFontSort(config.get(), pattern, FcFalse, nullptr, &result);
     for (int i = 0; fonts && i < fonts->nfont && found.file.empty(); ++i) {
         FcCharSet *has = nullptr;
         FcChar8 *file = nullptr;
