@@ -1,6 +1,7 @@
 // defs: definitions as text and as parts.
 #include "app/authoring/library_reader.h"
 #include "app/authoring/library_writer.h"
+#include "app/defs_text.h"
 #include "app/output.h"
 #include "app/verbs.h"
 #include "app/workspace.h"
@@ -13,6 +14,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 namespace app {
 
@@ -22,6 +24,7 @@ struct DefinitionArguments {
     std::vector<std::string> files;
     std::string folder;
     std::string language = "en";
+    std::string keepOrderOf;
 };
 
 int build(const Options &options, const DefinitionArguments &arguments)
@@ -35,13 +38,17 @@ int build(const Options &options, const DefinitionArguments &arguments)
     Options bare = options;
     bare.definitions.clear();
     Workspace work(bare, false);
+    std::optional<authoring::RecordFile> old;
+    if (!arguments.keepOrderOf.empty()) old = readDefinitionPart(work, arguments.keepOrderOf);
     Json written = Json::array();
     for (std::size_t i = 0; i < libraries.size(); ++i) {
         const std::string name = std::filesystem::path(arguments.files[i]).stem().string();
-        const auto result = authoring::writeLibrary(libraries[i], name, arguments.folder);
+        const auto result =
+            authoring::writeLibrary(libraries[i], name, arguments.folder, old ? &*old : nullptr);
         written.push_back(result.definitionPart);
-        printNote(options, fmt::format("{}: {} formats, {} blocks, {} patterns", result.definitionPart,
-                                       result.formats, result.blocks, result.patterns));
+        printNote(options,
+                  fmt::format("{}: {} formats, {} blocks, {} patterns", result.definitionPart,
+                              result.formats, result.blocks, result.patterns));
     }
     if (options.json) printJson(written);
     return kFine;
@@ -54,7 +61,8 @@ int list(const Options &options)
     std::vector<std::vector<std::string>> rows;
     for (const auto &[id, definition] : TrDefinitionFileManager::allFormatDefinitions()) {
         std::vector<std::string> sizes;
-        for (const TrFormatSizeV1 &size : definition->GetAvailableSizes()) sizes.push_back(size.GetId());
+        for (const TrFormatSizeV1 &size : definition->GetAvailableSizes())
+            sizes.push_back(size.GetId());
         const std::string units = definition->GetUnits() == 1 ? "mm" : "in";
         rows.push_back({id, units, joined(sizes, " "), definition->GetDescription()});
         formats.push_back(Json{{"id", id},
@@ -78,14 +86,18 @@ void addDefinitionVerbs(Command command)
     auto arguments = std::make_shared<DefinitionArguments>();
     CLI::App *verb = family->add_subcommand("build", "Make definition and pattern parts from text");
     verb->add_option("files", arguments->files, "Definition files (YAML)")->required();
-    verb->add_option("-o,--output", arguments->folder, "Folder for format_defs and patterns")->required();
+    verb->add_option("-o,--output", arguments->folder, "Folder for format_defs and patterns")
+        ->required();
     verb->add_option("--language", arguments->language, "Of labels that are given in several");
+    verb->add_option("--keep-order-of", arguments->keepOrderOf,
+                     "A definition part whose order of records stays; new ones follow");
     verb->callback([=] {
         command.chosen = [=, &options = command.options] { return build(options, *arguments); };
     });
     family->add_subcommand("list", "List the formats that are found")->callback([=] {
         command.chosen = [&options = command.options] { return list(options); };
     });
+    addDefinitionTextVerbs(family, command);
 }
 
 } // namespace app

@@ -1,25 +1,36 @@
 #include "app/authoring/full_keys.h"
 
+#include "definitions/block_def.h"
 #include "definitions/field_def.h"
-
-#include <cctype>
+#include "definitions/format_def.h"
+#include "definitions/format_size.h"
+#include "definitions/table_def.h"
 
 namespace app::authoring {
-
-std::string snakeCase(const std::string &accessor)
-{
-    std::string key;
-    for (std::size_t i = 0; i < accessor.size(); ++i) {
-        const auto c = static_cast<unsigned char>(accessor[i]);
-        if (std::isupper(c) && i > 0) key += '_';
-        key += static_cast<char>(std::tolower(c));
-    }
-    return key;
-}
 
 void readFullFieldKeys(Mapping &mapping, SlotValues &values)
 {
     readFullKeys(mapping, TrFieldDefV1::kLayout, values);
+}
+
+void readFullTableKeys(Mapping &mapping, SlotValues &values)
+{
+    readFullKeys(mapping, TrTableDefV1::kLayout, values);
+}
+
+void readFullBlockKeys(Mapping &mapping, SlotValues &values)
+{
+    readFullKeys(mapping, TrBlockDefV1::kLayout, values);
+}
+
+void readFullFormatKeys(Mapping &mapping, SlotValues &values)
+{
+    readFullKeys(mapping, TrFormatDefV1::kLayout, values);
+}
+
+void readFullSizeKeys(Mapping &mapping, SlotValues &values)
+{
+    readFullKeys(mapping, TrFormatSizeV1::kLayout, values);
 }
 
 } // namespace app::authoring

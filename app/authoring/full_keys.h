@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/authoring/model.h"
+#include "app/authoring/record_kinds.h"
 #include "app/authoring/yaml_reader.h"
 
 #include "udo/slots.h"
@@ -12,8 +13,6 @@
 #include <type_traits>
 
 namespace app::authoring {
-
-std::string snakeCase(const std::string &accessor); // "TextColor" -> "text_color"
 
 // Slots that the mapping names in snake case, of one record's layout.
 template <class... Slots>
@@ -37,5 +36,9 @@ void readFullKeys(Mapping &mapping, const std::tuple<Slots...> &layout, SlotValu
 }
 
 void readFullFieldKeys(Mapping &mapping, SlotValues &values);
+void readFullTableKeys(Mapping &mapping, SlotValues &values);
+void readFullBlockKeys(Mapping &mapping, SlotValues &values);
+void readFullFormatKeys(Mapping &mapping, SlotValues &values);
+void readFullSizeKeys(Mapping &mapping, SlotValues &values);
 
 } // namespace app::authoring

@@ -2,6 +2,7 @@
 
 #include "app/authoring/block_reader.h"
 #include "app/authoring/iso_sheets.h"
+#include "app/authoring/record_text.h"
 
 #include <fmt/format.h>
 
@@ -53,6 +54,7 @@ private:
         readFormats(file.node("formats"));
         readBlocks(file.node("blocks"), context);
         drawFrames(context.labels.font);
+        if (file.has("records")) m_library.records = readRecords(m_file, file.node("records"));
     }
 
     void readLabelStyle(Mapping &file, LabelStyle &style)

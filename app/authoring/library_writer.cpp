@@ -1,14 +1,8 @@
 #include "app/authoring/library_writer.h"
 
 #include "app/authoring/pattern_writer.h"
+#include "app/authoring/stored_order.h"
 #include "app/problem.h"
-
-#include "definitions/block_def.h"
-#include "definitions/field_def.h"
-#include "definitions/format_def.h"
-#include "definitions/format_size.h"
-#include "definitions/locations.h"
-#include "definitions/table_def.h"
 
 #include "uf_part.h"
 #include "ug_exception.hxx"
@@ -21,112 +15,92 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Puts the slots that `values` names into the record's snapshot; the layout finds them.
-template <class... Slots>
-void putSlots(LumUg::Record &record, const std::tuple<Slots...> &layout, const SlotValues &values)
+void putValues(RecordTree &record, const SlotValues &values)
 {
-    const auto put = [&](const auto &slot) {
-        using Slot = std::remove_cvref_t<decltype(slot)>;
-        const auto &from = [&]() -> const auto & {
-            if constexpr (std::is_same_v<Slot, LumUg::IntSlot>)
-                return values.ints;
-            else if constexpr (std::is_same_v<Slot, LumUg::DoubleSlot>)
-                return values.doubles;
-            else if constexpr (std::is_same_v<Slot, LumUg::StringTail>)
-                return values.lists;
-            else
-                return values.strings;
-        }();
-        if (const auto found = from.find(slot.name); found != from.end())
-            record.put(slot, found->second);
+    const auto put = [&](const auto &named) {
+        for (const auto &[name, value] : named)
+            if (const SlotInfo *slot = record.kind->slot(snakeCase(name))) record.put(*slot, value);
     };
-    std::apply([&](const auto &...slot) { (put(slot), ...); }, layout);
-}
-
-// A whole record: every slot of the layout, those not named as 0 or empty, then the named ones.
-template <class Definition> void writeRecord(Definition &definition, const SlotValues &values)
-{
-    LumUg::Record record(definition);
-    SlotValues empty;
-    std::apply(
-        [&](const auto &...slot) {
-            const auto clear = [&](const auto &one) {
-                using Slot = std::remove_cvref_t<decltype(one)>;
-                if constexpr (std::is_same_v<Slot, LumUg::IntSlot>)
-                    empty.ints[one.name] = one.fallback;
-                else if constexpr (std::is_same_v<Slot, LumUg::DoubleSlot>)
-                    empty.doubles[one.name] = 0.0;
-                else if constexpr (std::is_same_v<Slot, LumUg::StringSlot>)
-                    empty.strings[one.name] = "";
-            };
-            (clear(slot), ...);
-        },
-        Definition::kLayout);
-    putSlots(record, Definition::kLayout, empty);
-    putSlots(record, Definition::kLayout, values);
-    record.write(definition);
-}
-
-void writeLocations(TrBlockDefV1 &definition, const Block &block)
-{
-    for (const BlockLocation &location : block.locations) {
-        auto record = QelFmt::BlockLocationBase::createBlockLocation();
-        record->SetFormatId(location.formatId);
-        for (const SizeLocation &size : location.sizes) {
-            auto sizeRecord = QelFmt::SizeLocationBase::createSizeLocation();
-            sizeRecord->SetSizeId(size.sizeId);
-            for (const Location &place : size.locations) {
-                auto placeRecord = QelFmt::LocationBase::createLocation();
-                placeRecord->SetName(place.name);
-                placeRecord->SetOffsetType(place.offsetType);
-                placeRecord->setLocation(Point2(place.at.x, place.at.y));
-                sizeRecord->addLocation(placeRecord);
-            }
-            record->addSizeLocation(sizeRecord);
-        }
-        definition.addBlockLocation(record);
+    put(values.ints);
+    put(values.doubles);
+    // Attributes in the order of the slot table, whatever the values' own.
+    for (const SlotInfo &slot : record.kind->slots) {
+        for (const auto &[name, value] : values.strings)
+            if (snakeCase(name) == slot.key) record.put(slot, value);
     }
+    put(values.lists);
 }
 
-template <class Parent> void writeFields(Parent &parent, const std::vector<Field> &fields)
+// Every slot of the layout is stored: what is not named as 0 or empty.
+RecordTree recordOf(const std::string &word, const SlotValues &values)
 {
-    for (const Field &field : fields) {
-        TrFieldDefV1 definition;
-        writeRecord(definition, field.slots);
-        parent.AddFieldDefinition(definition);
+    RecordTree record;
+    record.kind = kindOfWord(word);
+    for (const SlotInfo &slot : record.kind->slots) {
+        if (slot.shape == SlotShape::integer) record.put(slot, 0);
+        if (slot.shape == SlotShape::real) record.put(slot, 0.0);
+        if (slot.shape == SlotShape::text) record.put(slot, std::string());
     }
+    putValues(record, values);
+    return record;
 }
 
-void writeBlock(const Block &block, const std::string &pattern)
+RecordTree recordOf(const Location &place)
 {
-    TrBlockDefV1 definition;
+    SlotValues slots;
+    slots.strings["Name"] = place.name;
+    slots.doubles = {{"X", place.at.x}, {"Y", place.at.y}};
+    slots.ints["OffsetType"] = place.offsetType;
+    return recordOf("location", slots);
+}
+
+RecordTree recordOf(const BlockLocation &location)
+{
+    SlotValues slots;
+    slots.strings["FormatId"] = location.formatId;
+    RecordTree record = recordOf("block_location", slots);
+    for (const SizeLocation &size : location.sizes) {
+        SlotValues sizeSlots;
+        sizeSlots.strings["SizeId"] = size.sizeId;
+        RecordTree &child = record.children.emplace_back(recordOf("size_location", sizeSlots));
+        for (const Location &place : size.locations) child.children.push_back(recordOf(place));
+    }
+    return record;
+}
+
+RecordTree recordOf(const Table &table)
+{
+    RecordTree record = recordOf("table", table.slots);
+    for (const Field &field : table.fields)
+        record.children.push_back(recordOf("field", field.slots));
+    return record;
+}
+
+RecordTree recordOf(const Block &block, const std::string &pattern)
+{
     SlotValues slots = block.slots;
     slots.strings["Id"] = block.id;
-    slots.strings["PatternName"] = pattern;
-    writeRecord(definition, slots);
-    writeLocations(definition, block);
-    writeFields(definition, block.fields);
-    for (const Table &table : block.tables) {
-        TrTableDefV1 tableDefinition;
-        writeRecord(tableDefinition, table.slots);
-        writeFields(tableDefinition, table.fields);
-        definition.AddTableDefinition(tableDefinition);
-    }
+    if (!pattern.empty()) slots.strings["PatternName"] = pattern;
+    RecordTree record = recordOf("block", slots);
+    for (const BlockLocation &location : block.locations)
+        record.children.push_back(recordOf(location));
+    for (const Field &field : block.fields)
+        record.children.push_back(recordOf("field", field.slots));
+    for (const Table &table : block.tables) record.children.push_back(recordOf(table));
+    return record;
 }
 
-void writeFormat(const Format &format, const std::vector<std::string> &frames)
+RecordTree recordOf(const Format &format, const std::vector<std::string> &frames)
 {
-    TrFormatDefV1 definition;
     SlotValues slots = format.slots;
     slots.strings["Id"] = format.id;
-    writeRecord(definition, slots);
+    RecordTree record = recordOf("format", slots);
     for (std::size_t i = 0; i < format.sizes.size(); ++i) {
-        TrFormatSizeV1 size;
         SlotValues sizeSlots = format.sizes[i].slots;
-        sizeSlots.strings["FrameName"] = frames[i];
-        writeRecord(size, sizeSlots);
-        definition.AddSize(size);
+        if (!frames[i].empty()) sizeSlots.strings["FrameName"] = frames[i];
+        record.children.push_back(recordOf("size", sizeSlots));
     }
+    return record;
 }
 
 void replaceFile(const fs::path &fresh, const fs::path &final)
@@ -138,10 +112,46 @@ void replaceFile(const fs::path &fresh, const fs::path &final)
                       "): check the folder's permissions");
 }
 
+// The art of each format's sizes and of each block, by the names that their patterns get.
+struct PatternNames {
+    std::vector<std::vector<std::string>> frames;
+    std::vector<std::string> blocks;
+};
+
+template <class Pattern> PatternNames namePatterns(const Library &library, Pattern pattern)
+{
+    PatternNames names;
+    for (const Format &format : library.formats) {
+        auto &frames = names.frames.emplace_back();
+        for (const Size &size : format.sizes)
+            frames.push_back(pattern(format.id + "-" + size.slots.strings.at("Id"), size.frame));
+    }
+    for (const Block &block : library.blocks) names.blocks.push_back(pattern(block.id, block.art));
+    return names;
+}
+
+std::vector<RecordTree> recordsWith(const Library &library, const PatternNames &names)
+{
+    std::vector<RecordTree> records;
+    for (std::size_t i = 0; i < library.formats.size(); ++i)
+        records.push_back(recordOf(library.formats[i], names.frames[i]));
+    for (std::size_t i = 0; i < library.blocks.size(); ++i)
+        records.push_back(recordOf(library.blocks[i], names.blocks[i]));
+    records.insert(records.end(), library.records.begin(), library.records.end());
+    return records;
+}
+
 } // namespace
 
+std::vector<RecordTree> recordsOf(const Library &library)
+{
+    return recordsWith(library, namePatterns(library, [&](const std::string &stem, const Art &art) {
+                           return patternName(stem, art, library.units);
+                       }));
+}
+
 WrittenLibrary writeLibrary(const Library &library, const std::string &name,
-                            const std::string &folder)
+                            const std::string &folder, const RecordFile *keepOrderOf)
 {
     const fs::path definitions = fs::path(folder) / "format_defs";
     const fs::path patterns = fs::path(folder) / "patterns";
@@ -152,21 +162,15 @@ WrittenLibrary writeLibrary(const Library &library, const std::string &name,
         throw Problem(folder + ": cannot be made (" + error.message() + "): choose another -o");
 
     WrittenLibrary written;
-    const auto pattern = [&](const std::string &stem, const Art &art) {
+    // Patterns first: each is a part of its own, and the definition part is the work part afterwards.
+    const PatternNames names = namePatterns(library, [&](const std::string &stem, const Art &art) {
         const std::string patternPart = patternName(stem, art, library.units);
         writePattern(patterns.string(), patternPart, art, library.units);
         written.patterns += !patternPart.empty();
         return patternPart;
-    };
-    // Patterns first: each is a part of its own, and the definition part is the work part afterwards.
-    std::vector<std::vector<std::string>> frames;
-    for (const Format &format : library.formats) {
-        auto &names = frames.emplace_back();
-        for (const Size &size : format.sizes)
-            names.push_back(pattern(format.id + "-" + size.slots.strings.at("Id"), size.frame));
-    }
-    std::vector<std::string> blockPatterns;
-    for (const Block &block : library.blocks) blockPatterns.push_back(pattern(block.id, block.art));
+    });
+    std::vector<RecordTree> records = recordsWith(library, names);
+    if (keepOrderOf) keepOrder(records, keepOrderOf->records);
 
     const fs::path final = definitions / (name + ".prt");
     const fs::path fresh = definitions / ("." + name + ".new.prt");
@@ -174,17 +178,16 @@ WrittenLibrary writeLibrary(const Library &library, const std::string &name,
     tag_t part = NULL_TAG;
     if (const int code = UF_PART_new(fresh.c_str(), library.units, &part))
         throw Problem::ofPart(fresh.string(), code);
-    for (std::size_t i = 0; i < library.formats.size(); ++i)
-        writeFormat(library.formats[i], frames[i]);
-    for (std::size_t i = 0; i < library.blocks.size(); ++i)
-        writeBlock(library.blocks[i], blockPatterns[i]);
+    writeRecords(records);
     if (const int code = UF_PART_save()) throw Problem::ofPart(fresh.string(), code);
     UgException::throwOnFailure(UF_PART_close(part, 0, 1));
     replaceFile(fresh, final);
 
     written.definitionPart = final.string();
-    written.formats = library.formats.size();
-    written.blocks = library.blocks.size();
+    for (const RecordTree &record : records) {
+        written.formats += record.kind->word == "format";
+        written.blocks += record.kind->word == "block";
+    }
     return written;
 }
 

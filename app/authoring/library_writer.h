@@ -4,6 +4,7 @@
 #include "app/authoring/model.h"
 
 #include <string>
+#include <vector>
 
 namespace app::authoring {
 
@@ -14,9 +15,13 @@ struct WrittenLibrary {
     std::size_t patterns = 0;
 };
 
+// The records of the library, as they are stored.
+std::vector<RecordTree> recordsOf(const Library &library);
+
 // Writes `folder`/format_defs/`name`.prt and the pattern parts below `folder`/patterns. An existing
-// definition part is replaced when the new one is complete.
+// definition part is replaced when the new one is complete. `keepOrderOf`: an older state of the library,
+// whose order of records stays (see stored_order.h).
 WrittenLibrary writeLibrary(const Library &library, const std::string &name,
-                            const std::string &folder);
+                            const std::string &folder, const RecordFile *keepOrderOf = nullptr);
 
 } // namespace app::authoring

@@ -1,6 +1,8 @@
 // Definitions as plain values: what the text form says, before it becomes records and patterns.
 #pragma once
 
+#include "app/authoring/record.h"
+
 #include <map>
 #include <string>
 #include <variant>
@@ -94,6 +96,7 @@ struct Library {
     int units = 1; // 1 millimetres, 2 inches
     std::vector<Format> formats;
     std::vector<Block> blocks;
+    std::vector<RecordTree> records; // of the full form; they follow the formats and blocks
 };
 
 } // namespace app::authoring

@@ -1,0 +1,75 @@
+// defs dump: definition parts as text.
+#include "app/defs_text.h"
+
+#include "app/authoring/record_text.h"
+#include "app/output.h"
+
+#include "uf_part.h"
+#include "ug_exception.hxx"
+
+#include <fmt/format.h>
+
+#include <fstream>
+#include <memory>
+
+namespace app {
+
+namespace {
+
+struct DumpArguments {
+    std::string part;
+    std::string output;
+};
+
+void writeText(const std::string &path, const std::string &text)
+{
+    if (path.empty()) {
+        fmt::print("{}", text);
+        return;
+    }
+    std::ofstream file(path, std::ios::binary);
+    file << text;
+    file.close();
+    if (!file) throw Problem(path + ": cannot be written: check the folder and its permissions");
+}
+
+Options withoutDefinitions(const Options &options)
+{
+    Options bare = options;
+    bare.definitions.clear();
+    return bare;
+}
+
+int dump(const Options &options, const DumpArguments &arguments)
+{
+    Workspace work(withoutDefinitions(options), false);
+    const authoring::RecordFile file = readDefinitionPart(work, arguments.part);
+    writeText(arguments.output, authoring::recordsToText(file));
+    for (const std::string &what : file.leftOut)
+        fmt::print(stderr, "qelfmt: {}: not in the text: {}\n", arguments.part, what);
+    return file.leftOut.empty() ? kFine : kFindings;
+}
+
+} // namespace
+
+authoring::RecordFile readDefinitionPart(Workspace &work, const std::string &path)
+{
+    work.open(path);
+    const tag_t part = work.part();
+    authoring::RecordFile file = authoring::scanPart(part);
+    UgException::throwOnFailure(UF_PART_close(part, 0, 1));
+    return file;
+}
+
+void addDefinitionTextVerbs(CLI::App *family, Command command)
+{
+    auto arguments = std::make_shared<DumpArguments>();
+    CLI::App *verb = family->add_subcommand("dump", "Write a definition part as text, every slot");
+    verb->add_option("part", arguments->part, "The definition part")->required();
+    verb->add_option("-o,--output", arguments->output, "The text file, if not the standard output");
+    verb->callback([=] {
+        command.chosen = [=, &options = command.options] { return dump(options, *arguments); };
+    });
+}
+
+} // namespace app
