@@ -169,7 +169,7 @@ private:
     {
         const Lettering look = sized(1.0);
         const double reach = std::max(m_half, lineWidth(m_look.upper, look) / 2.0);
-        line({-reach, -look.size}, {reach, -look.size});
+        line({-reach, -0.75 * look.size}, {reach, -0.75 * look.size});
     }
 
     void text(const std::string &line, const Zone &zone)
