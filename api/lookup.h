@@ -15,8 +15,8 @@
 
 namespace QelFmt::api {
 
-boost::shared_ptr<TrDrawing> findDrawing(unsigned tag);      // "Invalid drawing"
-boost::shared_ptr<TrFormatBase> findFormat(unsigned tag);    // + "No format found on drawing"
+boost::shared_ptr<TrDrawing> findDrawing(unsigned tag);   // "Invalid drawing"
+boost::shared_ptr<TrFormatBase> findFormat(unsigned tag); // + "No format found on drawing"
 boost::shared_ptr<TrBlockBase> findBlock(unsigned tag, const char *block_id);
 boost::shared_ptr<TrFieldBase> findField(unsigned tag, const char *block_id, const char *field_id);
 boost::shared_ptr<TrTableBase> findTable(unsigned tag, const char *block_id, const char *table_id);

@@ -142,8 +142,7 @@ TRV_FMT_EXPORT int TRV_FMT_ask_field_value(unsigned int drawing, const char *blo
 
 /* Sets the value; the note on the sheet follows. An empty list sets an empty value. */
 TRV_FMT_EXPORT int TRV_FMT_set_field_value(unsigned int drawing, const char *block_id,
-                                           const char *field_id,
-                                           const TRV_FMT_value_list_t *value);
+                                           const char *field_id, const TRV_FMT_value_list_t *value);
 
 TRV_FMT_EXPORT int QEL_FMT_set_field_editable(unsigned int drawing, const char *block_id,
                                               const char *field_id, char editable);

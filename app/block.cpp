@@ -56,7 +56,8 @@ int deleteBlock(const Options &options, const BlockArguments &arguments)
 {
     return changeSheet(options, arguments.target, [&](Workspace &work, const SheetRef &sheet) {
         requireBlock(work, sheet, arguments.block);
-        checkLibrary(TRV_FMT_delete_block(sheet.tag, arguments.block.c_str()), placeOf(work, sheet));
+        checkLibrary(TRV_FMT_delete_block(sheet.tag, arguments.block.c_str()),
+                     placeOf(work, sheet));
     });
 }
 
@@ -90,7 +91,8 @@ void addBlockVerbs(Command command)
     CLI::App *family = command.parser.add_subcommand("block", "The blocks of a sheet's format");
     family->require_subcommand(1);
     auto arguments = std::make_shared<BlockArguments>();
-    CLI::App *move = addVerb(command, family, "move", "Put a block at a point", moveBlock, arguments);
+    CLI::App *move =
+        addVerb(command, family, "move", "Put a block at a point", moveBlock, arguments);
     move->add_option("position", arguments->position, "X Y, from the sheet's lower left corner")
         ->expected(0, 2);
     move->add_flag("--home", arguments->home, "Put it where its definition wants it");

@@ -52,7 +52,8 @@ void resize(const Workspace &work, const SheetRef &sheet, const std::string &id)
     const TrFormatSizeV1 size = definition->GetSizeDef(id);
     if (size.IsNull()) {
         std::vector<std::string> sizes;
-        for (const TrFormatSizeV1 &one : definition->GetAvailableSizes()) sizes.push_back(one.GetId());
+        for (const TrFormatSizeV1 &one : definition->GetAvailableSizes())
+            sizes.push_back(one.GetId());
         throw Problem(fmt::format("{}: format {} has no size {}: it has {}", placeOf(work, sheet),
                                   format->GetFormatDefName(), id, joined(sizes, ", ")));
     }
@@ -99,8 +100,10 @@ void addFormatVerbs(Command command)
     CLI::App *family = command.parser.add_subcommand("format", "The format of a sheet");
     family->require_subcommand(1);
     addVerb(command, family, "add", "Place a format on a sheet that has none", "format", addFormat);
-    addVerb(command, family, "resize", "Change to another size of the format", "size", resizeFormat);
-    addVerb(command, family, "update", "Bring up to date with the definitions", nullptr, updateFormat);
+    addVerb(command, family, "resize", "Change to another size of the format", "size",
+            resizeFormat);
+    addVerb(command, family, "update", "Bring up to date with the definitions", nullptr,
+            updateFormat);
     addVerb(command, family, "remove", "Remove the format with everything on it", nullptr,
             removeFormat);
     addVerb(command, family, "show", "Format and size", nullptr, showFormat);

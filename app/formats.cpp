@@ -25,7 +25,8 @@ boost::shared_ptr<TrFormatDefV1> definitionOf(const FormatName &name)
                                   name.format));
     if (definition->GetSizeDef(name.size).IsNull()) {
         std::vector<std::string> sizes;
-        for (const TrFormatSizeV1 &size : definition->GetAvailableSizes()) sizes.push_back(size.GetId());
+        for (const TrFormatSizeV1 &size : definition->GetAvailableSizes())
+            sizes.push_back(size.GetId());
         throw Problem(fmt::format("format {} has no size {}: it has {}", name.format, name.size,
                                   joined(sizes, ", ")));
     }
@@ -38,8 +39,8 @@ FormatName parseFormatName(const std::string &text)
 {
     const auto slash = text.find('/');
     if (slash == std::string::npos || slash == 0 || slash + 1 == text.size())
-        throw Problem(fmt::format("\"{}\": write a format and one of its sizes, as in ISO/A3", text),
-                      kUsage);
+        throw Problem(
+            fmt::format("\"{}\": write a format and one of its sizes, as in ISO/A3", text), kUsage);
     return {text.substr(0, slash), text.substr(slash + 1)};
 }
 

@@ -41,18 +41,17 @@ Json describe(const SheetRef &sheet, const char *units)
 
 void print(const Json &sheet)
 {
-    printLine(fmt::format("{}: {} x {} {}, {}", sheet["name"].get<std::string>(),
-                          sheet["width"].dump(), sheet["height"].dump(),
-                          sheet["units"].get<std::string>(),
-                          sheet.contains("format")
-                              ? fmt::format("{}/{}", sheet["format"].get<std::string>(),
-                                            sheet["size"].get<std::string>())
-                              : "no format"));
+    printLine(fmt::format(
+        "{}: {} x {} {}, {}", sheet["name"].get<std::string>(), sheet["width"].dump(),
+        sheet["height"].dump(), sheet["units"].get<std::string>(),
+        sheet.contains("format") ? fmt::format("{}/{}", sheet["format"].get<std::string>(),
+                                               sheet["size"].get<std::string>())
+                                 : "no format"));
     if (!sheet.contains("blocks")) return;
     for (const Json &block : sheet["blocks"])
-        printLine(fmt::format("  {} at {}, {}: {} fields, {} tables", block["id"].get<std::string>(),
-                              block["x"].dump(), block["y"].dump(), block["fields"].dump(),
-                              block["tables"].dump()));
+        printLine(fmt::format("  {} at {}, {}: {} fields, {} tables",
+                              block["id"].get<std::string>(), block["x"].dump(), block["y"].dump(),
+                              block["fields"].dump(), block["tables"].dump()));
 }
 
 int info(const Options &options, const std::string &path)
@@ -78,9 +77,8 @@ void addInfoVerb(Command command)
     auto path = std::make_shared<std::string>();
     CLI::App *verb = command.parser.add_subcommand("info", "What a drawing holds");
     verb->add_option("part", *path, "The drawing")->required();
-    verb->callback([=] {
-        command.chosen = [=, &options = command.options] { return info(options, *path); };
-    });
+    verb->callback(
+        [=] { command.chosen = [=, &options = command.options] { return info(options, *path); }; });
 }
 
 } // namespace app

@@ -16,10 +16,12 @@ void addOptions(CLI::App &parser, app::Options &options)
 {
     parser.add_flag("--json", options.json, "Results as JSON");
     parser.add_flag("-q,--quiet", options.quiet, "No notes, only results and errors");
-    parser.add_flag("-v,--verbose", options.verbose, "What the library does, on the standard error");
+    parser.add_flag("-v,--verbose", options.verbose,
+                    "What the library does, on the standard error");
     parser.add_flag("-n,--dry-run", options.dryRun, "Do everything but save");
-    parser.add_option("--defs", options.definitions,
-                      "Folder with format_defs, patterns and config (repeatable)")
+    parser
+        .add_option("--defs", options.definitions,
+                    "Folder with format_defs, patterns and config (repeatable)")
         ->allow_extra_args(false);
     parser.fallthrough();
 }

@@ -29,8 +29,9 @@ namespace {
 
 std::size_t characters(const std::string &utf8)
 {
-    return static_cast<std::size_t>(std::count_if(
-        utf8.begin(), utf8.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+    return static_cast<std::size_t>(std::count_if(utf8.begin(), utf8.end(), [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    }));
 }
 
 void printRow(const std::vector<std::string> &row, const std::vector<std::size_t> &widths)

@@ -12,8 +12,7 @@ class Problem : public std::runtime_error {
 public:
     explicit Problem(const std::string &message, ExitStatus status = kInput)
         : std::runtime_error(message), m_status(status)
-    {
-    }
+    {}
     // A part call failed with the code: what the host knows of the reason, with the file's name.
     static Problem ofPart(const std::string &path, int code);
 

@@ -63,7 +63,9 @@ void addSheetVerbs(Command command)
     CLI::App *list = family->add_subcommand("list", "List the sheets");
     list->add_option("part", arguments->path, "The drawing")->required();
     list->callback([=] {
-        command.chosen = [=, &options = command.options] { return listSheets(options, *arguments); };
+        command.chosen = [=, &options = command.options] {
+            return listSheets(options, *arguments);
+        };
     });
 }
 

@@ -64,8 +64,9 @@ std::vector<std::string> blocksOf(const Workspace &work, const SheetRef &sheet)
 Lines valueOf(const Workspace &work, const SheetRef &sheet, const FieldName &name)
 {
     FilledList value;
-    checkLibrary(TRV_FMT_ask_field_value(sheet.tag, name.block.c_str(), name.field.c_str(), &value.list),
-                 place(work, sheet));
+    checkLibrary(
+        TRV_FMT_ask_field_value(sheet.tag, name.block.c_str(), name.field.c_str(), &value.list),
+        place(work, sheet));
     return value.lines();
 }
 
@@ -112,7 +113,8 @@ FieldName findField(const Workspace &work, const SheetRef &sheet, const std::str
         throw Problem(fmt::format("{}: several blocks have a field {}: write BLOCK.{}",
                                   place(work, sheet), text, text));
     throw Problem(fmt::format("{}: no field {}; there {} {}", place(work, sheet), text,
-                              all.size() == 1 ? "is" : "are", all.empty() ? "none" : joined(all, ", ")));
+                              all.size() == 1 ? "is" : "are",
+                              all.empty() ? "none" : joined(all, ", ")));
 }
 
 DataFile readData(const std::string &path, const std::string &record)
@@ -142,7 +144,8 @@ void fillIn(const Workspace &work, const SheetRef &sheet, const DataFile &data)
     std::string missing;
     const auto add = [&](const std::string &name, const Json &value) {
         try {
-            wanted.push_back({findField(work, sheet, name), linesOf(value, data.path + ", " + name)});
+            wanted.push_back(
+                {findField(work, sheet, name), linesOf(value, data.path + ", " + name)});
         } catch (const Problem &problem) {
             missing += (missing.empty() ? "" : "\n") + std::string(problem.what());
         }

@@ -152,14 +152,15 @@ SheetRef Workspace::addSheet(const std::string &name)
     info.size.metric_size_code = UF_DRAW_A4;
     if (info.units != UF_PART_METRIC) info.size.english_size_code = UF_DRAW_A;
     info.drawing_scale = 1.0;
-    info.projection_angle =
-        info.units == UF_PART_METRIC ? UF_DRAW_FIRST_ANGLE_PROJECTION : UF_DRAW_THIRD_ANGLE_PROJECTION;
+    info.projection_angle = info.units == UF_PART_METRIC ? UF_DRAW_FIRST_ANGLE_PROJECTION
+                                                         : UF_DRAW_THIRD_ANGLE_PROJECTION;
     SheetRef sheet{NULL_TAG, name};
     if (const int code = UF_DRAW_create_drawing(name.c_str(), &info, &sheet.tag)) {
         if (code == UF_DRAW_err_name_in_use)
-            throw Problem(fmt::format("{}: has a sheet {} already: choose another name", m_path, name));
-        throw Problem(fmt::format("{}: sheet \"{}\": a name of 1 to {} characters is needed", m_path,
-                                  name, UF_DRAW_MAX_NAME_LEN));
+            throw Problem(
+                fmt::format("{}: has a sheet {} already: choose another name", m_path, name));
+        throw Problem(fmt::format("{}: sheet \"{}\": a name of 1 to {} characters is needed",
+                                  m_path, name, UF_DRAW_MAX_NAME_LEN));
     }
     check(UF_DRAW_open_drawing(sheet.tag));
     return sheet;

@@ -43,8 +43,8 @@ static int make_drawing(const char *file)
     a3.drawing_scale = 1.0;
     a3.units = UF_PART_METRIC;
     a3.projection_angle = UF_DRAW_FIRST_ANGLE_PROJECTION;
-    if (UF_PART_new(file, UF_PART_METRIC, &part) ||
-        UF_DRAW_create_drawing("SHEET1", &a3, &sheet) || UF_DRAW_open_drawing(sheet)) {
+    if (UF_PART_new(file, UF_PART_METRIC, &part) || UF_DRAW_create_drawing("SHEET1", &a3, &sheet) ||
+        UF_DRAW_open_drawing(sheet)) {
         fprintf(stderr, "fill_title_block: %s: cannot be made: does it exist?\n", file);
         return 1;
     }

@@ -48,8 +48,8 @@ void readText(Mapping &item, Art &art)
     readStyle(item, style);
     const double angle = item.number("angle").value_or(0.0);
     if (text && at)
-        art.push_back(ArtText{*text, {(*at)[0], (*at)[1]}, style.site, style.size, style.font,
-                              style.aspect, angle});
+        art.push_back(ArtText{
+            *text, {(*at)[0], (*at)[1]}, style.site, style.size, style.font, style.aspect, angle});
 }
 
 void readItem(Mapping &item, Art &art)

@@ -8,8 +8,8 @@ namespace app::authoring {
 
 namespace {
 
-constexpr int kOutlinePen = 10;   // 0.7 mm
-constexpr int kCellPen = 8;       // 0.35 mm
+constexpr int kOutlinePen = 10; // 0.7 mm
+constexpr int kCellPen = 8;     // 0.35 mm
 constexpr int kPatternLayer = 101;
 constexpr int kTextLayer = 102;
 

@@ -9,7 +9,8 @@ namespace app::authoring {
 namespace {
 
 // Kinds of a default value, as fields store them.
-constexpr int kOwnText = 0, kPartAttribute = 1, kSheetAttribute = 2, kSizeLabel = 3, kEnvironment = 4;
+constexpr int kOwnText = 0, kPartAttribute = 1, kSheetAttribute = 2, kSizeLabel = 3,
+              kEnvironment = 4;
 
 std::optional<Box> readBox(Mapping &cell, const std::string &key)
 {
@@ -32,13 +33,15 @@ struct Source {
 
 Source readSource(Mapping &cell)
 {
-    constexpr const char *kRight = "must be one of: part NAME, sheet NAME, site NAME, environment NAME, size";
+    constexpr const char *kRight =
+        "must be one of: part NAME, sheet NAME, site NAME, environment NAME, size";
     Source source;
     const auto text = cell.text("from");
     if (!text) return source;
     const auto blank = text->find(' ');
     const std::string kind = text->substr(0, blank);
-    source.name = blank == std::string::npos ? "" : text->substr(text->find_first_not_of(' ', blank));
+    source.name =
+        blank == std::string::npos ? "" : text->substr(text->find_first_not_of(' ', blank));
     if (kind == "part")
         source.type = kPartAttribute;
     else if (kind == "sheet")
@@ -126,7 +129,8 @@ void sharing(Mapping &cell, SlotValues &slots)
             slots.strings["BroadcastString"] = share->substr(share->find_first_not_of(' ', blank));
         slots.ints["BroadcastType"] = target == "part" ? 1 : 0;
     }
-    if (const auto all = cell.word("all-sheets", {{"true", 1}, {"false", 0}, {"yes", 1}, {"no", 0}}))
+    if (const auto all =
+            cell.word("all-sheets", {{"true", 1}, {"false", 0}, {"yes", 1}, {"no", 0}}))
         slots.ints["SyncAllDrawings"] = *all;
 }
 
@@ -138,7 +142,8 @@ std::optional<ArtText> readLabel(Mapping &cell, const Box &box, const CellContex
     if (node.IsMap()) {
         Mapping languages(cell.file(), node, cell.what() + ", label");
         for (const auto &[language, value] : languages.entries())
-            if (value.IsScalar() && (text.empty() || language == context.language)) text = value.Scalar();
+            if (value.IsScalar() && (text.empty() || language == context.language))
+                text = value.Scalar();
     } else {
         text = cell.text("label").value_or("");
     }
@@ -148,7 +153,10 @@ std::optional<ArtText> readLabel(Mapping &cell, const Box &box, const CellContex
         style.fromLeft = (*inset)[0];
         style.fromTop = (*inset)[1];
     }
-    return ArtText{text, {box.x + style.fromLeft, box.y + box.height - style.fromTop}, 1, style.size,
+    return ArtText{text,
+                   {box.x + style.fromLeft, box.y + box.height - style.fromTop},
+                   1,
+                   style.size,
                    style.font};
 }
 

@@ -13,11 +13,12 @@ namespace {
 constexpr double kFilingMargin = 20.0;
 constexpr double kMargin = 10.0;
 constexpr double kStrip = 5.0;
-constexpr double kField = 50.0;          // 4.4: length of a field of the grid reference
-constexpr double kLetter = 3.5;          // 4.4: height of its characters
-constexpr double kCentringMark = 10.0;   // 4.3: from the grid border inwards, 5 of it inside the frame
-constexpr double kFrameWidth = 0.7;      // 4.2
-constexpr double kGridWidth = 0.35;      // 4.4
+constexpr double kField = 50.0; // 4.4: length of a field of the grid reference
+constexpr double kLetter = 3.5; // 4.4: height of its characters
+constexpr double kCentringMark =
+    10.0;                           // 4.3: from the grid border inwards, 5 of it inside the frame
+constexpr double kFrameWidth = 0.7; // 4.2
+constexpr double kGridWidth = 0.35; // 4.4
 constexpr double kDesignationInset = 2.0; // of the size designation from the frame's right edge
 
 // Fields and corner lengths: 4.4, Table 2, counted from the axes of symmetry.
@@ -35,8 +36,7 @@ class FrameArt {
 public:
     FrameArt(const IsoSheet &sheet, const std::string &font, const std::vector<Rectangle> &occupied)
         : m_sheet(sheet), m_font(font), m_occupied(occupied)
-    {
-    }
+    {}
 
     Art draw()
     {
@@ -102,8 +102,7 @@ private:
         char name = 'A';
         for (int i = 0; i < m_sheet.fieldsHigh; ++i) {
             const bool last = i + 1 == m_sheet.fieldsHigh;
-            const double end =
-                last ? kMargin : m_sheet.height - (m_sheet.cornerHigh + kField * i);
+            const double end = last ? kMargin : m_sheet.height - (m_sheet.cornerHigh + kField * i);
             const double middle = (start + end) / 2;
             const bool axis = 2 * (i + 1) == m_sheet.fieldsHigh;
             letter(std::string(1, name), {right() + kStrip / 2, middle});
@@ -167,8 +166,11 @@ private:
     // 3.1: in the bottom border, at the right corner.
     void designation()
     {
-        m_art.push_back(ArtText{
-            m_sheet.label, {right() - kDesignationInset, kMargin - kStrip / 2}, 6, kLetter, m_font});
+        m_art.push_back(ArtText{m_sheet.label,
+                                {right() - kDesignationInset, kMargin - kStrip / 2},
+                                6,
+                                kLetter,
+                                m_font});
     }
 
     const IsoSheet &m_sheet;
@@ -189,7 +191,8 @@ const IsoSheet *isoSheet(const std::string &id)
 std::string isoSheetIds()
 {
     std::string ids;
-    for (const IsoSheet &sheet : kSheets) ids += ids.empty() ? sheet.id : std::string(", ") + sheet.id;
+    for (const IsoSheet &sheet : kSheets)
+        ids += ids.empty() ? sheet.id : std::string(", ") + sheet.id;
     return ids;
 }
 
@@ -199,11 +202,11 @@ Size isoSize(const IsoSheet &sheet, int frameLayer)
     Size size;
     size.width = sheet.width;
     size.height = sheet.height;
-    size.slots.strings = {{"Id", sheet.id},
-                          {"Description",
-                           std::string(sheet.label) + (sheet.width > sheet.height ? " landscape"
-                                                                                  : " portrait")},
-                          {"Label", sheet.label}};
+    size.slots.strings = {
+        {"Id", sheet.id},
+        {"Description",
+         std::string(sheet.label) + (sheet.width > sheet.height ? " landscape" : " portrait")},
+        {"Label", sheet.label}};
     // The zone names of the interface are counted from the right and from the bottom; with these figures
     // their columns have the ticks of the border, and as many rows as it has.
     size.slots.doubles = {{"Height", sheet.height},

@@ -25,8 +25,7 @@ class LibraryReader {
 public:
     LibraryReader(const std::string &path, const std::string &language)
         : m_file{path, {}}, m_language(language)
-    {
-    }
+    {}
 
     Library read()
     {
@@ -89,7 +88,8 @@ private:
         slots.strings["SuiteName"] = mapping.text("suite").value_or("");
         slots.ints["Units"] = m_library.units;
         slots.ints["Obsolete"] =
-            mapping.word("obsolete", {{"yes", 1}, {"no", 0}, {"true", 1}, {"false", 0}}).value_or(0);
+            mapping.word("obsolete", {{"yes", 1}, {"no", 0}, {"true", 1}, {"false", 0}})
+                .value_or(0);
         text.required = mapping.texts("required").value_or(std::vector<std::string>{});
         slots.lists["RequiredBlockIds"] = text.required;
 
@@ -97,7 +97,8 @@ private:
         mapping.word("sheets", {{"iso", 1}});
         if (m_library.units != 1) mapping.complain("sheets", "the family iso needs units: mm");
         mapping.require("sizes", "a list of sizes: " + isoSheetIds());
-        for (const std::string &size : mapping.texts("sizes").value_or(std::vector<std::string>{})) {
+        for (const std::string &size :
+             mapping.texts("sizes").value_or(std::vector<std::string>{})) {
             if (const IsoSheet *sheet = isoSheet(size))
                 text.sheets.push_back(sheet);
             else

@@ -9,7 +9,8 @@ extern "C" {
 #endif
 
 /* General error codes. Every non-zero code that a call returns has a text in UF_get_fail_message. */
-#define UF_err_program_not_initialized 1105003 /* the interface is not initialised or not available */
+#define UF_err_program_not_initialized                                                             \
+    1105003 /* the interface is not initialised or not available */
 #define UF_err_bad_parameter_number_1 1105011
 #define UF_err_bad_parameter_number_2 1105012
 #define UF_err_bad_parameter_number_3 1105013
@@ -41,7 +42,8 @@ DllExport void *UF_reallocate_memory(void *data, unsigned int nbytes, int *error
 DllExport void UF_free(void *block); /* NULL is harmless */
 DllExport void UF_free_string_array(int n_strings, char **string_array);
 
-DllExport int UF_get_fail_message(int fail_code, char message[133]); /* 0 when the code has a text */
+DllExport int UF_get_fail_message(int fail_code,
+                                  char message[133]); /* 0 when the code has a text */
 DllExport int UF_print_syslog(char *message, logical trace);
 DllExport int UF_ask_syslog_filename(char **filename);
 

@@ -8,7 +8,7 @@
 extern "C" {
 #endif
 
-#define UF_PATT_err_unreadable -1   /* the file is not a readable part */
+#define UF_PATT_err_unreadable -1 /* the file is not a readable part */
 #define UF_PATT_err_bad_argument -2
 
 enum UF_PATT_switch_e { UF_PATT_off = 0, UF_PATT_on = 1 };

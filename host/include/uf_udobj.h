@@ -72,7 +72,7 @@ DllExport int UF_UDOBJ_set_owned_object_selection(UF_UDOBJ_class_t class_id,
                                                   UF_UDOBJ_owned_object_selection_t value);
 
 DllExport int UF_UDOBJ_create_udo(UF_UDOBJ_class_t class_id, tag_t *udo); /* in the work part */
-DllExport int UF_UDOBJ_ask_udo_class_name(tag_t udo, char **class_name); /* free with UF_free */
+DllExport int UF_UDOBJ_ask_udo_class_name(tag_t udo, char **class_name);  /* free with UF_free */
 DllExport int UF_UDOBJ_cycle_udos_by_class(tag_t part, UF_UDOBJ_class_t class_id, tag_t *udo);
 
 /* Append; the edit calls must bring exactly as many elements as are stored. */

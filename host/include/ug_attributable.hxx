@@ -9,13 +9,13 @@
 
 class DllExport UgAttributableObject : public virtual UgObject {
 public:
-    bool hasStringAttribute(const std::string &title) const; // never throws
+    bool hasStringAttribute(const std::string &title) const;             // never throws
     std::string getStringAttributeValue(const std::string &title) const; // missing: UgException
     void setStringAttributeValue(const std::string &title,
                                  const std::string &value); // missing: UgException
     void addStringAttribute(const std::string &title,
-                            const std::string &value); // already there: UgException
-    void deleteStringAttribute(const std::string &title); // missing: UgException
+                            const std::string &value);         // already there: UgException
+    void deleteStringAttribute(const std::string &title);      // missing: UgException
     std::vector<std::string> askStringAttributeTitles() const; // in order of creation
 
 protected:

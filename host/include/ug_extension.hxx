@@ -17,8 +17,8 @@ public:
     UgDerivedClassManager(const std::string &class_name, UgTypedObject *(*creator)());
 
     static UgDerivedClassManager find(const std::string &class_name); // no class when unknown
-    std::string askClassName() const; // empty without a class
-    UgTypedObject *createInstance() const; // null without a class
+    std::string askClassName() const;                                 // empty without a class
+    UgTypedObject *createInstance() const;                            // null without a class
 
 private:
     struct Registration;

@@ -10,7 +10,7 @@ class DllExport UgPart : public virtual UgAttributableObject {
 public:
     bool isMillimeters() const;
     std::string getFullName() const;
-    UgTypedObject *iterateFirst() const; // in order of creation
+    UgTypedObject *iterateFirst() const;                     // in order of creation
     UgTypedObject *iterateNext(UgTypedObject *object) const; // null at the end
 
 protected:

@@ -16,7 +16,7 @@ public:
     static void initialize();
     static void terminate();
     static bool isInitialized();
-    static UgPart *getWorkPart(); // none: UgException
+    static UgPart *getWorkPart();                      // none: UgException
     static void setLayerStatus(int layer, int status); // the work layer keeps its status
 
 private:

@@ -14,7 +14,7 @@ class DllExport UgTypedObject : public virtual UgInPartObject,
 public:
     int askType() const;
     int askSubtype() const;
-    std::string getName() const; // empty without a name
+    std::string getName() const;           // empty without a name
     void setName(const std::string &name); // at most 30 characters, kept as given
 
 protected:
