@@ -172,14 +172,14 @@ constexpr Change kChanges[] = {
     {"deleted", [](Part &part) { session().remove(nth<Point>(part, 0).tag); }},
     {"deleted with attributes and what it owns",
      [](Part &part) {
-         Object &udo = nth<Udo>(part, 4);
-         while (!session().linksTo(udo.tag).empty()) {
-             Object &holder = *session().find(session().linksTo(udo.tag)[0].udo);
-             auto &links = holder.as<Udo>()->links;
-             for (std::size_t i = 0; i < links.size(); ++i)
-                 if (links[i].target == udo.tag) session().removeLinkAt(holder, i--);
+         const Tag udo = nth<Udo>(part, 4).tag;
+         for (const Session::Inbound &inbound : session().linksTo(udo)) {
+             Object &holder = *session().find(inbound.udo);
+             const auto &links = holder.as<Udo>()->links;
+             for (std::size_t n = links.size(); n-- > 0;)
+                 if (links[n].sequence == inbound.link.sequence) session().removeLinkAt(holder, n);
          }
-         session().remove(udo.tag);
+         if (session().find(udo)) session().remove(udo); // a condemned one is gone by now
      }},
     {"condemned", [](Part &part) { session().remove(nth<Udo>(part, 3).tag); }},
     {"root deleted with all below", [](Part &part) { session().remove(nth<Udo>(part, 0).tag); }},
