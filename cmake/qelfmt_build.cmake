@@ -21,8 +21,7 @@ endif()
 
 add_library(qelfmt_flags INTERFACE)
 target_compile_options(qelfmt_flags INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Werror
-    $<$<COMPILE_LANGUAGE:C>:-Wno-non-virtual-dtor>)
+    -Wall -Wextra -Wpedantic -Wshadow $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor> -Werror)
 target_include_directories(qelfmt_flags INTERFACE
     "${CMAKE_SOURCE_DIR}" "${CMAKE_SOURCE_DIR}/maker" "${CMAKE_SOURCE_DIR}/host"
     "${CMAKE_SOURCE_DIR}/host/include")

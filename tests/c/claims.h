@@ -1,0 +1,37 @@
+/* Every test of the C files, a function each. */
+#ifndef QELFMT_TESTS_C_CLAIMS_H
+#define QELFMT_TESTS_C_CLAIMS_H
+
+#define C_TESTS(test)                                                                              \
+    test(StructuresHaveTheLayoutThatCallersCompiled) test(TagsStandBesideThoseOfThePlatform) test( \
+        TagZeroIsAnInvalidDrawing) test(ADeletedSheetIsRefusedOrHasNoFormat)                       \
+        test(AForeignTagIsRefusedOrHasNoFormat) test(LifeMayBeginAndEndInAnyOrder) test(           \
+            WithoutDefinitionsNoFormatIsKnown) test(TheLastErrorSurvivesSuccesses)                 \
+            test(TheStartUpExitMayRunAgain) test(AFormatIsPlacedAskedAndDeleted) test(             \
+                FormatErrorsNameWhatIsMissing) test(UpdatingChangesNothingThatIsUpToDate)          \
+                test(BlocksAreAddedListedMovedAndDeleted) test(BlockErrorsNameWhatIsMissing)       \
+                    test(FieldValuesComeBackAsTheyWereGiven) test(FieldErrorsNameWhatIsMissing)    \
+                        test(NullAndEmptyFieldArgumentsAreRefused) test(LongTextsAreKeptWhole)     \
+                            test(LongIdentifiersAreNotFoundAndNamedWhole)                          \
+                                test(ManyLinesAreKeptInOrder) test(EditabilityOfFieldsIsOneOrZero) \
+                                    test(RowsAreAddedFilledAndDeleted)                             \
+                                        test(TableErrorsNameWhatIsMissing)                         \
+                                            test(NullAndEmptyTableArgumentsAreRefused)             \
+                                                test(EditabilityOfRowsIsOneOrZero)                 \
+                                                    test(SymbolsStandWhereTheyWerePlaced)          \
+                                                        test(AVetoedBlockIsGone)                   \
+                                                            test(CallbacksMayCallTheLibrary) test( \
+                                                                CallbacksMayClearThemselves)       \
+                                                                test(CallbacksGetTheIdentifiers)
+
+#define DECLARE(name) void c_##name(void);
+#ifdef __cplusplus
+extern "C" {
+#endif
+C_TESTS(DECLARE)
+#ifdef __cplusplus
+}
+#endif
+#undef DECLARE
+
+#endif
