@@ -97,6 +97,14 @@ TEST_F(FieldBroadcast, DeletedCarrierIsMadeAnew)
     UF_OBJ_delete_object(carriers(sheet)[0]->getTag());
     field("A")->ModifyValue({"4712"});
     EXPECT_EQ(onSheet(sheet, "DRG"), "4712");
+
+    const tag_t second = carriers(sheet)[0]->getTag();
+    UgPoint *another = UgPoint::create(Point3(0.0, -3000.0, 0.0));
+    another->setLayer(254);
+    another->setName("DWG_ATTR");
+    UF_OBJ_delete_object(second);
+    field("A")->ModifyValue({"4713"}); // the one that is left, not a third one
+    EXPECT_EQ(onSheet(sheet, "DRG"), "4713");
 }
 
 TEST_F(FieldBroadcast, DrawingIsTheCurrentOneThePartIsTheWorkPart)

@@ -21,7 +21,6 @@ public:
         has("A", [](TrFieldDefV1 &def) {
             def.SetBroadcastString("DRG");
             def.SetBroadcastType(1);
-            def.SetIndentation(1);
             def.SetFlipText(1);
             def.SetTextFontName("iso3098");
             def.SetAltTextSizeNumChars(4);
