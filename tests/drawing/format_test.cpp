@@ -467,6 +467,37 @@ TEST_F(FormatTest, AnyOtherAnswerKeepsTheBlockAndAnEmptySlotAsksNobody)
     EXPECT_TRUE(Callback::calls.empty());
 }
 
+// REV is required, and the callback brings it along with TITLE: it is there when its turn comes.
+TEST_F(FormatTest, ARequiredBlockThatTheCallbackAddedIsNotAddedTwice)
+{
+    require({"TITLE", "REV", "NOTES"});
+    static tag_t on;
+    on = sheet;
+    TrFormatBase::addBlockCB() = [](const char *, const char *block) {
+        if (std::string(block) == "TITLE") TrDrawing::getDrawing(on)->format()->addBlock("REV");
+        return 1;
+    };
+    addFormat();
+    EXPECT_EQ(blockNames(), (Names{"TITLE", "REV", "NOTES"}));
+}
+
+// NOTES is required after TITLE and stands already when the callback takes it away again.
+TEST_F(FormatTest, ARequiredBlockThatTheCallbackTookAwayIsAddedAgain)
+{
+    require({"NOTES", "TITLE", "NOTES"});
+    static tag_t on;
+    on = sheet;
+    TrFormatBase::addBlockCB() = [](const char *, const char *block) {
+        if (std::string(block) != "TITLE") return 1;
+        const auto format = TrDrawing::getDrawing(on)->format();
+        auto first = format->getBlocks().front();
+        format->removeBlock(first);
+        return 1;
+    };
+    addFormat();
+    EXPECT_EQ(blockNames(), (Names{"TITLE", "NOTES"}));
+}
+
 // --- listings, and the classes ---------------------------------------------------------------------
 
 TEST_F(FormatTest, TheListingNamesDefinitionAndSizeThenTheDefinitionItself)
