@@ -13,7 +13,7 @@
 #include "ug_exception.hxx"
 
 #include <algorithm>
-#include <map>
+#include <set>
 #include <stdexcept>
 
 namespace {
@@ -239,23 +239,21 @@ bool TrFormatBase::hasBlock(const std::string &id) const
 }
 
 // Blocks that stand already are looked up by name once, not once for each id: formats with many
-// required blocks are placed in proportion to their number.
+// required blocks are placed in proportion to their number. Only a callback may add or remove blocks
+// meanwhile.
 void TrFormatBase::addRequiredBlocks()
 {
     QELFMT_INFO << "Making sure format has all required blocks";
-    std::map<std::string, boost::shared_ptr<TrBlockBase>> present;
-    for (const auto &block : getBlocks()) present[block->GetBlockDefName()] = block;
-    const auto stands = [&](const std::string &id) { // the callback may have removed it meanwhile
-        const auto found = present.find(id);
-        if (found == present.end() || found->second->IsNull()) return false;
-        return found->second->GetUdoObject()->isAlive();
-    };
+    const bool askEachTime = !mAddBlockCB.empty();
+    std::set<std::string> present;
+    for (const auto &block : getBlocks()) present.insert(block->GetBlockDefName());
     for (const std::string &id : getDefinition()->GetRequiredBlockIds(true)) {
         if (!TrDefinitionFileManager::GetBlockDefinition(id)) {
             reportMissingRequiredBlock(id);
-        } else if (!stands(id)) {
+        } else if (!(askEachTime ? hasBlock(id) : present.contains(id))) {
             QELFMT_INFO << "Adding Required block: " << id;
-            present[id] = addBlock(id);
+            addBlock(id);
+            present.insert(id);
             QELFMT_INFO << "Done adding required block: " << id;
         }
     }
