@@ -10,6 +10,7 @@
 #include "ug_exception.hxx"
 #include "ug_session.hxx"
 
+#include <exception>
 #include <string>
 
 namespace {
@@ -41,5 +42,7 @@ extern "C" void ufsta(void)
         if (failure.askErrorCode() == UF_err_program_not_initialized) return;
         std::string text = failure.askErrorText();
         UF_print_syslog(text.data(), FALSE);
+    } catch (const std::exception &) {
+        // The platform starts without the setting: nothing may pass through its call.
     }
 }

@@ -1,8 +1,11 @@
 // The platform's start-up exit.
 #include "interface_story.h"
 
+#include "foundation/log.h"
 #include "udo/class_names.h"
 #include "udo/udo_class.h"
+
+#include <stdexcept>
 
 namespace {
 
@@ -49,6 +52,18 @@ TEST(StartUp, AFailureGoesToTheSystemLogUnlessTheInterfaceIsNotAvailable)
     EXPECT_NE(nxhost::takeSyslog().find(text), std::string::npos);
     nxhost::failCall("UF_UDOBJ_set_owned_object_selection", UF_err_program_not_initialized);
     ufsta();
+    EXPECT_EQ(nxhost::takeSyslog(), "");
+}
+
+// A log that cannot be written stands for everything that is no failure of the platform.
+TEST(StartUp, NoOtherFailurePassesThroughThePlatformsCall)
+{
+    const Story story;
+    story.writeSettings("[Settings]\nField Selection = 1\n");
+    nxhost::takeSyslog();
+    const Base::log::Recording restoresTheSink{&QelFmt::info_log()};
+    Base::log::setSink([](const Base::log::Record &) { throw std::runtime_error("no room"); });
+    EXPECT_NO_THROW(ufsta());
     EXPECT_EQ(nxhost::takeSyslog(), "");
 }
 
