@@ -9,7 +9,8 @@ TEST_F(Formats, AFormatIsPlacedOnceAndAnswersItsNames)
 {
     addFormat();
     EXPECT_EQ(failure(TRV_FMT_add_format(sheet, "F", "A4")), "Format already exists on drawing");
-    EXPECT_EQ(failure(TRV_FMT_add_format(sheet, "NOSUCH", "A4")), "Format already exists on drawing");
+    EXPECT_EQ(failure(TRV_FMT_add_format(sheet, "NOSUCH", "A4")),
+              "Format already exists on drawing");
     char format[TRV_FMT_MAX_ID_BUFSIZE], size[TRV_FMT_MAX_ID_BUFSIZE];
     ASSERT_EQ(TRV_FMT_ask_format(sheet, format, size), 0);
     EXPECT_STREQ(format, "F");
@@ -72,10 +73,12 @@ TEST_F(Formats, UnknownBlocksAreMovedAndDeletedWithoutChange)
 {
     addFormat();
     const double there[] = {70.0, 80.0};
-    EXPECT_EQ(story.changesIn(story.part(), [&] {
-        EXPECT_EQ(TRV_FMT_delete_block(sheet, "GONE"), 0);
-        EXPECT_EQ(QEL_FMT_move_block(sheet, "GONE", there), 0);
-    }), "");
+    EXPECT_EQ(story.changesIn(story.part(),
+                              [&] {
+                                  EXPECT_EQ(TRV_FMT_delete_block(sheet, "GONE"), 0);
+                                  EXPECT_EQ(QEL_FMT_move_block(sheet, "GONE", there), 0);
+                              }),
+              "");
 }
 
 } // namespace
