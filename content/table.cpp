@@ -322,9 +322,6 @@ void TrTableV1::InfoObject()
     if (const auto def = GetDefinition(); !def->IsNull()) def->InfoObject();
 }
 
-// A row is deleted by somebody else.
-void TrTableV1::MemberDeletion(UgTypedObject *) { RowMemo::forget(tag()); }
-
 // --- the older one --------------------------------------------------------------------------------
 
 ZemTableV1::ZemTableV1() = default;

@@ -136,7 +136,6 @@ public:
     ~TrTableV1() override;
 
     void InfoObject() override;
-    void MemberDeletion(UgTypedObject *object) override;
     LumUg::UDOClass *GetUDOClass() const override;
     void SetDefinition(const TrTableDefV1 &def) override;
     void RemoveEntry(const boost::shared_ptr<TrEntryBase> &entry) override;
