@@ -1,6 +1,8 @@
 #include "app/authoring/block_reader.h"
 
 #include "app/authoring/art_reader.h"
+#include "app/authoring/full_keys.h"
+#include "app/authoring/table_reader.h"
 
 #include <fmt/format.h>
 
@@ -32,6 +34,8 @@ public:
         readSize();
         readProperties();
         readCells();
+        readTables();
+        readFullBlockKeys(m_mapping, m_result.block.slots);
         readArt(m_file, m_mapping.node("art"), m_mapping.what(), m_result.block.art);
         readPlaces(formatIds);
         return std::move(m_result);
@@ -73,7 +77,8 @@ private:
 
     void readCells()
     {
-        int outline = kOutlinePen, inner = kCellPen;
+        int outline = kOutlinePen;
+        int &inner = m_cellPen;
         bool drawn = true;
         if (m_mapping.has("lines")) {
             const YAML::Node lines = m_mapping.node("lines");
@@ -98,6 +103,18 @@ private:
         art.insert(art.end(), labels.begin(), labels.end());
     }
 
+    void readTables()
+    {
+        if (!m_mapping.has("tables")) return;
+        Mapping tables(m_file, m_mapping.node("tables"), m_mapping.what() + ", tables");
+        for (const auto &[id, node] : tables.entries()) {
+            TableText text = readTable(m_file, id, node, m_context, m_cellPen);
+            Art &art = m_result.block.art;
+            art.insert(art.end(), text.heading.begin(), text.heading.end());
+            m_result.block.tables.push_back(std::move(text.table));
+        }
+    }
+
     // corner and inset, or a point from the lower left corner.
     Location readPlace(Mapping &place)
     {
@@ -117,19 +134,45 @@ private:
         return location;
     }
 
+    // The place itself and those that can be chosen in its stead.
+    std::vector<Location> readChoices(Mapping &place)
+    {
+        std::vector<Location> choices{readPlace(place)};
+        const YAML::Node also = place.node("also");
+        if (also.IsDefined() && !also.IsSequence())
+            place.complain("also", "must be a list of places, each with a name");
+        if (!also.IsSequence()) return choices;
+        for (const YAML::Node &one : also) {
+            Mapping choice(m_file, one, place.what() + ", also");
+            choice.require("name", "by which it is chosen");
+            choices.push_back(readPlace(choice));
+        }
+        return choices;
+    }
+
     void readPlaces(const std::vector<std::string> &formatIds)
     {
         m_mapping.require("place", "where the block stands: place: {corner: ..., inset: [x, y]}");
-        Mapping place(m_file, m_mapping.node("place"), m_mapping.what() + ", place");
+        const YAML::Node node = m_mapping.node("place");
+        if (!node.IsSequence()) {
+            readFormatPlaces(node, formatIds);
+            return;
+        }
+        for (const YAML::Node &one : node) readFormatPlaces(one, formatIds);
+    }
+
+    void readFormatPlaces(const YAML::Node &node, const std::vector<std::string> &formatIds)
+    {
+        Mapping place(m_file, node, m_mapping.what() + ", place");
         const auto formats = place.texts("formats").value_or(formatIds);
         std::vector<SizeLocation> sizes;
-        const Location everywhere = readPlace(place);
+        const auto everywhere = readChoices(place);
         for (const std::string &key : place.unasked()) {
             Mapping exception(m_file, place.node(key), m_mapping.what() + ", place, " + key);
-            sizes.push_back({key, {readPlace(exception)}});
+            sizes.push_back({key, readChoices(exception)});
         }
         // The first size that matches wins: exceptions stand before the rule.
-        sizes.push_back({"Default", {everywhere}});
+        sizes.push_back({"Default", everywhere});
         for (const std::string &format : formats)
             m_result.block.locations.push_back({format, sizes});
     }
@@ -138,6 +181,7 @@ private:
     Mapping m_mapping;
     const CellContext &m_context;
     BlockText m_result;
+    int m_cellPen = kCellPen;
 };
 
 } // namespace

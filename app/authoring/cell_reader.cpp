@@ -84,7 +84,35 @@ void placeText(const Box &box, const Style &style, int rows, SlotValues &slots)
     slots.doubles["MarginHeight"] = margin;
 }
 
-void dressText(const Box &box, const Style &style, SlotValues &slots)
+std::optional<ArtText> readLabel(Mapping &cell, const Box &box, const CellContext &context)
+{
+    if (!cell.has("label")) return {};
+    std::string text;
+    const YAML::Node node = cell.node("label");
+    if (node.IsMap()) {
+        Mapping languages(cell.file(), node, cell.what() + ", label");
+        for (const auto &[language, value] : languages.entries())
+            if (value.IsScalar() && (text.empty() || language == context.language))
+                text = value.Scalar();
+    } else {
+        text = cell.text("label").value_or("");
+    }
+    if (text.empty()) return {};
+    LabelStyle style = context.labels;
+    if (const auto inset = cell.numbers("label-inset", 2, 2)) {
+        style.fromLeft = (*inset)[0];
+        style.fromTop = (*inset)[1];
+    }
+    return ArtText{text,
+                   {box.x + style.fromLeft, box.y + box.height - style.fromTop},
+                   1,
+                   style.size,
+                   style.font};
+}
+
+} // namespace
+
+void dressText(double width, const Style &style, SlotValues &slots)
 {
     slots.strings["TextFontName"] = style.font;
     slots.doubles["TextSize"] = style.size;
@@ -95,10 +123,10 @@ void dressText(const Box &box, const Style &style, SlotValues &slots)
     slots.ints["BorderColor"] = style.color;
     if (style.tooLong == TooLong::narrow) {
         slots.doubles["AltTextAspect"] = style.narrowAspect * style.aspect;
-        slots.ints["AltTextAspectNumChars"] = capacity(box.width, style);
+        slots.ints["AltTextAspectNumChars"] = capacity(width, style);
     } else if (style.tooLong == TooLong::smaller) {
         slots.doubles["AltTextSize"] = style.smallerSize;
-        slots.ints["AltTextSizeNumChars"] = capacity(box.width, style);
+        slots.ints["AltTextSizeNumChars"] = capacity(width, style);
     }
 }
 
@@ -134,33 +162,7 @@ void sharing(Mapping &cell, SlotValues &slots)
         slots.ints["SyncAllDrawings"] = *all;
 }
 
-std::optional<ArtText> readLabel(Mapping &cell, const Box &box, const CellContext &context)
-{
-    if (!cell.has("label")) return {};
-    std::string text;
-    const YAML::Node node = cell.node("label");
-    if (node.IsMap()) {
-        Mapping languages(cell.file(), node, cell.what() + ", label");
-        for (const auto &[language, value] : languages.entries())
-            if (value.IsScalar() && (text.empty() || language == context.language))
-                text = value.Scalar();
-    } else {
-        text = cell.text("label").value_or("");
-    }
-    if (text.empty()) return {};
-    LabelStyle style = context.labels;
-    if (const auto inset = cell.numbers("label-inset", 2, 2)) {
-        style.fromLeft = (*inset)[0];
-        style.fromTop = (*inset)[1];
-    }
-    return ArtText{text,
-                   {box.x + style.fromLeft, box.y + box.height - style.fromTop},
-                   1,
-                   style.size,
-                   style.font};
-}
-
-Style styleOf(Mapping &cell, const CellContext &context)
+Style namedStyle(Mapping &cell, const CellContext &context)
 {
     Style style;
     const std::string name = cell.text("style").value_or("value");
@@ -169,11 +171,28 @@ Style styleOf(Mapping &cell, const CellContext &context)
         style = found->second;
     else if (cell.has("style"))
         cell.complain("style", fmt::format("no style \"{}\" is defined under styles", name));
+    return style;
+}
+
+Style styleOf(Mapping &cell, const CellContext &context)
+{
+    Style style = namedStyle(cell, context);
     readStyle(cell, style);
     return style;
 }
 
-} // namespace
+std::string labelText(Mapping &mapping, const CellContext &context)
+{
+    if (!mapping.has("label")) return {};
+    const YAML::Node node = mapping.node("label");
+    if (!node.IsMap()) return mapping.text("label").value_or("");
+    std::string text;
+    Mapping languages(mapping.file(), node, mapping.what() + ", label");
+    for (const auto &[language, value] : languages.entries())
+        if (value.IsScalar() && (text.empty() || language == context.language))
+            text = value.Scalar();
+    return text;
+}
 
 Cell readCell(YamlFile &file, const std::string &id, const YAML::Node &node,
               const CellContext &context)
@@ -190,7 +209,7 @@ Cell readCell(YamlFile &file, const std::string &id, const YAML::Node &node,
     slots.strings["Id"] = id;
     slots.ints["Multiline"] = rows > 1;
     placeText(box, style, rows < 1 ? 1 : rows, slots);
-    dressText(box, style, slots);
+    dressText(box.width, style, slots);
     sourceOf(mapping, slots);
     sharing(mapping, slots);
 

@@ -31,6 +31,14 @@ struct CellContext {
     std::string language; // picks a label that is given in several
 };
 
+// What cells and the columns of tables have in common.
+Style namedStyle(Mapping &mapping, const CellContext &context); // by `style` alone
+Style styleOf(Mapping &mapping, const CellContext &context);    // with keys of its own
+void dressText(double width, const Style &style, SlotValues &slots);
+void sourceOf(Mapping &mapping, SlotValues &slots); // value, from, keep
+void sharing(Mapping &mapping, SlotValues &slots);  // share, all-sheets
+std::string labelText(Mapping &mapping, const CellContext &context); // in the language wanted
+
 Cell readCell(YamlFile &file, const std::string &id, const YAML::Node &node,
               const CellContext &context);
 

@@ -14,14 +14,15 @@
 
 namespace app::authoring {
 
-// Slots that the mapping names in snake case, of one record's layout.
+// Slots that the mapping names in snake case, of one record's layout. A key that was asked for before has
+// the cell form's meaning.
 template <class... Slots>
 void readFullKeys(Mapping &mapping, const std::tuple<Slots...> &layout, SlotValues &values)
 {
     const auto read = [&](const auto &slot) {
         using Slot = std::remove_cvref_t<decltype(slot)>;
         const std::string key = snakeCase(slot.name);
-        if (!mapping.has(key)) return;
+        if (mapping.wasAsked(key) || !mapping.has(key)) return;
         if constexpr (std::is_same_v<Slot, LumUg::IntSlot>) {
             if (const auto value = mapping.integer(key)) values.ints[slot.name] = *value;
         } else if constexpr (std::is_same_v<Slot, LumUg::DoubleSlot>) {

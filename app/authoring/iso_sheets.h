@@ -3,17 +3,13 @@
 #pragma once
 
 #include "app/authoring/model.h"
+#include "app/authoring/sheet_family.h"
 
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace app::authoring {
-
-struct Rectangle {
-    ArtPoint low;
-    ArtPoint high;
-};
 
 struct IsoSheet {
     const char *id; // "A3", "A4P"

@@ -1,8 +1,10 @@
 #include "app/authoring/library_reader.h"
 
+#include "app/authoring/art_reader.h"
 #include "app/authoring/block_reader.h"
-#include "app/authoring/iso_sheets.h"
+#include "app/authoring/full_keys.h"
 #include "app/authoring/record_text.h"
+#include "app/authoring/sheet_family.h"
 
 #include <fmt/format.h>
 
@@ -12,13 +14,11 @@ namespace app::authoring {
 
 namespace {
 
-constexpr int kFrameLayer = 100;
-
 // A format as written, before its frames are drawn: they depend on the blocks that stand in them.
 struct FormatText {
     Format format;
     std::vector<std::string> required;
-    std::vector<const IsoSheet *> sheets;
+    std::vector<Sheet> sheets;
 };
 
 class LibraryReader {
@@ -46,13 +46,15 @@ private:
     {
         Mapping file(m_file, root, "the file");
         m_library.units = file.word("units", {{"mm", 1}, {"in", 2}}).value_or(1);
-        Styles styles = readStyles(m_file, file.node("styles"));
-        styles.try_emplace("value");
+        Styles styles = readStyles(m_file, file.node("styles"), m_library.units);
+        styles.try_emplace("value", plainStyle(m_library.units));
         CellContext context{styles, {}, m_language};
+        if (m_library.units == 2) context.labels = {0.065, "osifont", 0.04, 0.03};
         readLabelStyle(file, context.labels);
+        m_font = context.labels.font;
         readFormats(file.node("formats"));
         readBlocks(file.node("blocks"), context);
-        drawFrames(context.labels.font);
+        drawFrames();
         if (file.has("records")) m_library.records = readRecords(m_file, file.node("records"));
     }
 
@@ -93,18 +95,108 @@ private:
         text.required = mapping.texts("required").value_or(std::vector<std::string>{});
         slots.lists["RequiredBlockIds"] = text.required;
 
-        mapping.require("sheets", "the family of its sheets: sheets: iso");
-        mapping.word("sheets", {{"iso", 1}});
-        if (m_library.units != 1) mapping.complain("sheets", "the family iso needs units: mm");
-        mapping.require("sizes", "a list of sizes: " + isoSheetIds());
-        for (const std::string &size :
-             mapping.texts("sizes").value_or(std::vector<std::string>{})) {
-            if (const IsoSheet *sheet = isoSheet(size))
-                text.sheets.push_back(sheet);
-            else
-                mapping.complain("sizes", fmt::format("\"{}\" is none of {}", size, isoSheetIds()));
-        }
+        readFullFormatKeys(mapping, slots);
+        readSizes(mapping, text);
+        readSuites(mapping, text);
         m_formats.push_back(std::move(text));
+    }
+
+    void readSizes(Mapping &mapping, FormatText &text)
+    {
+        const auto family = mapping.word("sheets", {{"iso", static_cast<int>(SheetFamily::iso)},
+                                                    {"asme", static_cast<int>(SheetFamily::asme)}});
+        if (family && familyUnits(static_cast<SheetFamily>(*family)) != m_library.units)
+            mapping.complain("sheets", *family == static_cast<int>(SheetFamily::iso)
+                                           ? "the family iso needs units: mm"
+                                           : "the family asme needs units: in");
+        mapping.require("sizes", "a list of sizes of the family, and of sizes of its own as "
+                                 "NAME: {sheet: [width, height], frame: [...]}");
+        const YAML::Node list = mapping.node("sizes");
+        if (list.IsDefined() && !list.IsSequence()) mapping.complain("sizes", "must be a list");
+        if (!list.IsSequence()) return;
+        for (const YAML::Node &one : list) {
+            if (one.IsMap())
+                for (const auto &own : one)
+                    text.sheets.push_back(readOwnSize(own.first.Scalar(), own.second));
+            else
+                readFamilySize(mapping, family, one, text);
+        }
+    }
+
+    void readFamilySize(Mapping &mapping, std::optional<int> family, const YAML::Node &node,
+                        FormatText &text)
+    {
+        const std::string id = node.IsScalar() ? node.Scalar() : "";
+        if (!family) {
+            if (!mapping.has("sheets"))
+                m_file.complain(node,
+                                fmt::format("{}: sizes: \"{}\" is of no family: add sheets: iso "
+                                            "or sheets: asme",
+                                            mapping.what(), id));
+            return;
+        }
+        const auto which = static_cast<SheetFamily>(*family);
+        if (auto sheet = familySheet(which, id, m_font))
+            text.sheets.push_back(std::move(*sheet));
+        else
+            m_file.complain(node, fmt::format("{}: sizes: \"{}\" is none of {}", mapping.what(), id,
+                                              familyIds(which)));
+    }
+
+    // A size of no family: its sheet, its frame as art, its zones.
+    Sheet readOwnSize(const std::string &id, const YAML::Node &node)
+    {
+        Mapping mapping(m_file, node, "size " + id);
+        Sheet sheet;
+        Size &size = sheet.size;
+        mapping.require("sheet", "its size: sheet: [width, height]");
+        const auto extent = mapping.numbers("sheet", 2, 2).value_or(std::vector{1.0, 1.0});
+        size.width = extent[0];
+        size.height = extent[1];
+        size.slots.strings = {{"Id", id},
+                              {"Label", mapping.text("label").value_or(id)},
+                              {"Description", mapping.text("description").value_or("")}};
+        size.slots.doubles = {{"Height", size.height}, {"Length", size.width}};
+        size.slots.ints = {{"FrameLayer", 100}, {"UgSizeCode", 0}};
+        readZones(mapping, size.slots);
+        readFullSizeKeys(mapping, size.slots);
+        Art art;
+        readArt(m_file, mapping.node("frame"), mapping.what() + ", frame", art);
+        sheet.frame = [art](const auto &) { return art; };
+        return sheet;
+    }
+
+    void readZones(Mapping &mapping, SlotValues &slots)
+    {
+        if (!mapping.has("zones")) return;
+        static constexpr std::initializer_list<Word> kLabels{{"letters", 1}, {"numerals", 2}};
+        Mapping zones(m_file, mapping.node("zones"), mapping.what() + ", zones");
+        slots.ints["NumberHorzZones"] = zones.integer("columns").value_or(0);
+        slots.ints["NumberVertZones"] = zones.integer("rows").value_or(0);
+        slots.doubles["HorzZoneLength"] = zones.number("width").value_or(0.0);
+        slots.doubles["VertZoneLength"] = zones.number("height").value_or(0.0);
+        slots.doubles["RightOffset"] = zones.number("right-offset").value_or(0.0);
+        slots.ints["HorzZoneType"] = zones.word("column-labels", kLabels).value_or(2);
+        slots.ints["VertZoneType"] = zones.word("row-labels", kLabels).value_or(1);
+    }
+
+    // NAME: [sizes], so that a place can be given for several sizes at once.
+    void readSuites(Mapping &mapping, FormatText &text)
+    {
+        if (!mapping.has("suites")) return;
+        Mapping suites(m_file, mapping.node("suites"), mapping.what() + ", suites");
+        for (const auto &[name, node] : suites.entries()) {
+            for (const std::string &id : suites.texts(name).value_or(std::vector<std::string>{})) {
+                bool found = false;
+                for (Sheet &sheet : text.sheets) {
+                    if (sheet.size.slots.strings.at("Id") != id) continue;
+                    sheet.size.slots.strings["SuiteName"] = name;
+                    found = true;
+                }
+                if (!found)
+                    suites.complain(name, fmt::format("\"{}\" is no size of the format", id));
+            }
+        }
     }
 
     void readBlocks(const YAML::Node &node, const CellContext &context)
@@ -118,13 +210,22 @@ private:
     }
 
     // Where a required block stands on a sheet, if the file says so.
-    void occupy(const FormatText &format, const IsoSheet &sheet, const BlockText &text,
+    void occupy(const Format &format, const Size &sheet, const BlockText &text,
                 std::vector<Rectangle> &occupied) const
     {
+        const auto named = [](const SlotValues &slots, const char *name) {
+            const auto found = slots.strings.find(name);
+            return found == slots.strings.end() ? std::string() : found->second;
+        };
+        const std::string suite = named(format.slots, "SuiteName"), id = named(sheet.slots, "Id");
+        const std::string sizeSuite = named(sheet.slots, "SuiteName");
         for (const BlockLocation &location : text.block.locations) {
-            if (location.formatId != format.format.id) continue;
+            if (location.formatId != format.id && (suite.empty() || location.formatId != suite))
+                continue;
             for (const SizeLocation &size : location.sizes) {
-                if (size.sizeId != sheet.id && size.sizeId != "Default") continue;
+                if (size.sizeId != id && size.sizeId != "Default" &&
+                    (sizeSuite.empty() || size.sizeId != sizeSuite))
+                    continue;
                 const Location &place = size.locations.front();
                 ArtPoint low = place.at;
                 if (place.offsetType == 2 || place.offsetType == 3) low.x = sheet.width - low.x;
@@ -135,18 +236,17 @@ private:
         }
     }
 
-    void drawFrames(const std::string &font)
+    void drawFrames()
     {
         for (FormatText &format : m_formats) {
-            for (const IsoSheet *sheet : format.sheets) {
+            for (Sheet &sheet : format.sheets) {
                 std::vector<Rectangle> occupied;
                 for (const BlockText &text : m_blocks) {
                     if (std::count(format.required.begin(), format.required.end(), text.block.id))
-                        occupy(format, *sheet, text, occupied);
+                        occupy(format.format, sheet.size, text, occupied);
                 }
-                Size size = isoSize(*sheet, kFrameLayer);
-                size.frame = isoFrame(*sheet, font, occupied);
-                format.format.sizes.push_back(std::move(size));
+                sheet.size.frame = sheet.frame(occupied);
+                format.format.sizes.push_back(std::move(sheet.size));
             }
             m_library.formats.push_back(std::move(format.format));
         }
@@ -155,6 +255,7 @@ private:
 
     YamlFile m_file;
     std::string m_language;
+    std::string m_font; // of grid labels
     std::vector<FormatText> m_formats;
     std::vector<BlockText> m_blocks;
     Library m_library;

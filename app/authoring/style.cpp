@@ -11,10 +11,11 @@ namespace {
 
 constexpr double kLetterWidth = 0.8; // of the height, with the gap to the next letter
 
-double nextSmaller(double size)
+double nextSmaller(double size, int units)
 {
-    constexpr std::array heights{20.0, 14.0, 10.0, 7.0, 5.0, 3.5, 2.5, 1.8}; // ISO 3098
-    for (const double height : heights)
+    constexpr std::array metric{20.0, 14.0, 10.0, 7.0, 5.0, 3.5, 2.5, 1.8}; // ISO 3098
+    constexpr std::array inches{0.5, 0.375, 0.24, 0.18, 0.12, 0.1, 0.08, 0.065};
+    for (const double height : units == 2 ? inches : metric)
         if (height < size - 1e-9) return height;
     return size;
 }
@@ -63,24 +64,35 @@ void readStyle(Mapping &mapping, Style &style)
     readTooLong(mapping, style);
 }
 
-Styles readStyles(YamlFile &file, const YAML::Node &node)
+Style plainStyle(int units)
+{
+    Style style;
+    if (units == 2) {
+        style.size = 0.12;
+        style.marginWidth = style.marginHeight = 0.04;
+    }
+    return style;
+}
+
+Styles readStyles(YamlFile &file, const YAML::Node &node, int units)
 {
     Styles styles;
     if (!node.IsDefined()) return styles;
     Mapping all(file, node, "styles");
     for (const auto &[name, value] : all.entries()) {
         Mapping mapping(file, value, "style " + name);
-        Style style;
+        Style style = plainStyle(units);
         if (const auto like = mapping.text("like")) {
             const auto base = styles.find(*like);
             if (base != styles.end())
                 style = base->second;
             else
-                mapping.complain("like", fmt::format("no style \"{}\" stands above this one", *like));
+                mapping.complain("like",
+                                 fmt::format("no style \"{}\" stands above this one", *like));
         }
         readStyle(mapping, style);
         if (style.smallerSize == 0.0 || style.smallerSize >= style.size)
-            style.smallerSize = nextSmaller(style.size);
+            style.smallerSize = nextSmaller(style.size, units);
         styles[name] = style;
     }
     return styles;
@@ -89,7 +101,8 @@ Styles readStyles(YamlFile &file, const YAML::Node &node)
 int capacity(double cellWidth, const Style &style)
 {
     const double room = cellWidth - 2 * style.marginWidth;
-    const int letters = static_cast<int>(std::floor(room / (kLetterWidth * style.size * style.aspect)));
+    const int letters =
+        static_cast<int>(std::floor(room / (kLetterWidth * style.size * style.aspect)));
     return letters > 0 ? letters : 1;
 }
 

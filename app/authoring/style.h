@@ -29,7 +29,9 @@ using Styles = std::map<std::string, Style>;
 // Changes what the mapping says of it: size, font, at, margin, aspect, line-space, color, too-long.
 void readStyle(Mapping &mapping, Style &style);
 // "like" and the keys above, for every style of the file.
-Styles readStyles(YamlFile &file, const YAML::Node &node);
+// `units`: 1 millimetres, 2 inches.
+Styles readStyles(YamlFile &file, const YAML::Node &node, int units);
+Style plainStyle(int units); // what a style starts from
 // How many letters fit beside each other in the cell: 0.8 heights a letter (ISO 3098, type B).
 int capacity(double cellWidth, const Style &style);
 

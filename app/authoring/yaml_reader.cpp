@@ -10,8 +10,8 @@ namespace app::authoring {
 void YamlFile::complain(const YAML::Node &node, const std::string &text)
 {
     const YAML::Mark mark = node.IsDefined() ? node.Mark() : YAML::Mark::null_mark();
-    complaints.push_back({path, mark.is_null() ? 0 : mark.line + 1,
-                          mark.is_null() ? 0 : mark.column + 1, text});
+    complaints.push_back(
+        {path, mark.is_null() ? 0 : mark.line + 1, mark.is_null() ? 0 : mark.column + 1, text});
 }
 
 std::optional<double> asNumber(const YAML::Node &node)
@@ -20,7 +20,8 @@ std::optional<double> asNumber(const YAML::Node &node)
     const std::string &text = node.Scalar();
     double value = 0.0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value)) return {};
+    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value))
+        return {};
     return value;
 }
 
@@ -29,6 +30,15 @@ Mapping::Mapping(YamlFile &file, YAML::Node node, std::string what)
 {
     if (m_node.IsDefined() && !m_node.IsMap() && !m_node.IsNull())
         m_file.complain(m_node, m_what + " must be a mapping of keys to values");
+    if (!m_node.IsDefined() || !m_node.IsMap()) return;
+    std::set<std::string> seen;
+    for (const auto &entry : m_node) {
+        if (!entry.first.IsScalar())
+            m_file.complain(entry.first, m_what + ": a key must be a text");
+        else if (!seen.insert(entry.first.Scalar()).second)
+            m_file.complain(entry.first, fmt::format("{}: {} stands here twice: remove one of them",
+                                                     m_what, entry.first.Scalar()));
+    }
 }
 
 Mapping::~Mapping()

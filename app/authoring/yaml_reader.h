@@ -55,6 +55,7 @@ public:
     void complain(const std::string &key, const std::string &text);
     const std::string &what() const { return m_what; }
     YamlFile &file() { return m_file; }
+    bool wasAsked(const std::string &key) const { return m_asked.contains(key); }
     std::vector<std::string> unasked() const; // keys nobody has asked for yet
     void forgive(const std::string &key) { m_asked.insert(key); }
 
