@@ -1,8 +1,12 @@
 // field: the values of a sheet's fields.
+#include "app/field_fit.h"
+#include "app/field_verbs.h"
 #include "app/formats.h"
 #include "app/output.h"
-#include "app/sheet_command.h"
 #include "app/values.h"
+#include "app/verbs.h"
+
+#include "content/field.h"
 
 #include <fmt/format.h>
 
@@ -10,16 +14,31 @@ namespace app {
 
 namespace {
 
-struct FieldArguments {
-    SheetTarget target;
-    std::string field;
-    std::vector<std::string> lines;
-};
+// A value that does not fit is set all the same, unless that is not wanted.
+void reportFit(const Options &options, const FieldArguments &arguments, const std::string &place,
+               const FieldName &name, const TrFieldBase &field)
+{
+    const auto misfit = misfitOf(field);
+    if (options.json) {
+        Json json{
+            {"block", name.block}, {"field", name.field}, {"value", toJson(field.GetValue())}};
+        json["fits"] = !misfit;
+        if (misfit) json["misfit"] = toJson(*misfit);
+        printJson(json);
+    }
+    if (!misfit) return;
+    const std::string text = fmt::format("{}, {}: {}", place, display(name), describe(*misfit));
+    if (arguments.strict) throw Problem(text, kFindings);
+    printNote(options, text);
+}
 
 int setField(const Options &options, const FieldArguments &arguments)
 {
     return changeSheet(options, arguments.target, [&](Workspace &work, const SheetRef &sheet) {
-        setValue(work, sheet, findField(work, sheet, arguments.field), arguments.lines);
+        const FieldName name = findField(work, sheet, arguments.field);
+        if (!arguments.force) requireEditable(work, sheet, name);
+        setValue(work, sheet, name, arguments.lines);
+        reportFit(options, arguments, placeOf(work, sheet), name, *recordOf(sheet, name));
     });
 }
 
@@ -32,20 +51,23 @@ int getField(const Options &options, const FieldArguments &arguments)
     });
 }
 
-int listFields(const Options &options, const FieldArguments &arguments)
+void printEditable(const Options &options, bool editable)
 {
-    return readSheet(options, arguments.target, [&](Workspace &work, const SheetRef &sheet) {
-        const auto values = valuesOf(work, sheet);
-        if (options.json) {
-            Json blocks = Json::object();
-            for (const FieldValue &value : values)
-                blocks[value.name.block][value.name.field] = toJson(value.lines);
-            return printJson(blocks);
-        }
-        std::vector<std::vector<std::string>> rows;
-        for (const FieldValue &value : values)
-            rows.push_back({value.name.block, value.name.field, joined(value.lines, " | ")});
-        printTable({"BLOCK", "FIELD", "VALUE"}, rows);
+    if (options.json) return printJson(Json(editable));
+    printLine(editable ? "yes" : "no");
+}
+
+int fieldEditable(const Options &options, const FieldArguments &arguments)
+{
+    if (arguments.answer.empty())
+        return readSheet(options, arguments.target, [&](Workspace &work, const SheetRef &sheet) {
+            printEditable(options,
+                          isEditable(work, sheet, findField(work, sheet, arguments.field)));
+        });
+    return changeSheet(options, arguments.target, [&](Workspace &work, const SheetRef &sheet) {
+        const FieldName name = findField(work, sheet, arguments.field);
+        setEditable(work, sheet, name, arguments.answer == "yes");
+        printEditable(options, isEditable(work, sheet, name));
     });
 }
 
@@ -66,14 +88,22 @@ void addFieldVerbs(Command command)
         });
         return verb;
     };
-    const char *naming = "FIELD, or BLOCK.FIELD";
+    const auto name = [&](CLI::App *verb) {
+        return verb->add_option("field", arguments->field, "FIELD, or BLOCK.FIELD");
+    };
     CLI::App *set = add("set", "Set a value, an argument a line", setField);
-    set->add_option("field", arguments->field, naming)->required();
+    name(set)->required();
     set->add_option("lines", arguments->lines, "The lines; none sets an empty value");
-    add("get", "Print a value, a line a line", getField)
-        ->add_option("field", arguments->field, naming)
-        ->required();
+    set->add_flag("--force", arguments->force, "Also when the field is locked");
+    set->add_flag("--strict", arguments->strict, "Refuse a value that does not fit its cell");
+    name(add("get", "Print a value, a line a line", getField))->required();
     add("list", "Print every value", listFields);
+    name(add("show", "Everything about one field", showField))->required();
+    CLI::App *editable = add("editable", "Whether people may change a field", fieldEditable);
+    name(editable)->required();
+    editable->add_option("answer", arguments->answer, "yes or no; without it the state is printed")
+        ->check(CLI::IsMember({"yes", "no"}));
+    name(add("sources", "Where values come from, and what they would become", listSources));
 }
 
 } // namespace app

@@ -62,6 +62,9 @@ int main(int argc, char **argv)
     app::addFormatVerbs(command);
     app::addBlockVerbs(command);
     app::addFieldVerbs(command);
+    app::addFillVerb(command);
+    app::addTableVerbs(command);
+    app::addSymbolVerbs(command);
     app::addRenderVerb(command);
     app::addInfoVerb(command);
     app::addDefinitionVerbs(command);

@@ -1,7 +1,7 @@
 // stamp: a sheet with its format and its values, straight to a picture or into a drawing.
+#include "app/fill.h"
 #include "app/formats.h"
 #include "app/output.h"
-#include "app/values.h"
 #include "app/verbs.h"
 #include "app/workspace.h"
 
@@ -65,7 +65,10 @@ int stamp(const Options &options, const StampArguments &arguments)
                                  : arguments.sheet;
     const SheetRef sheet = work.addSheet(name);
     placeFormat(work, sheet, format);
-    if (!arguments.data.empty()) fillIn(work, sheet, readData(arguments.data, arguments.record));
+    if (!arguments.data.empty()) {
+        const auto report = fillIn(work, sheet, readData(arguments.data, arguments.record));
+        printMisfits(options, placeOf(work, sheet), report.misfits);
+    }
     if (options.dryRun) return kFine;
     if (drawing)
         work.save();
@@ -84,7 +87,7 @@ void addStampVerb(Command command)
         "stamp", "Make a sheet with its format and values: a PDF, SVG, PNG or a drawing");
     verb->add_option("format", arguments->format, "Format and size, as in ISO/A3")->required();
     verb->add_option("-o,--output", arguments->output, "OUT.pdf, .svg, .png or .qdraw")->required();
-    verb->add_option("--data", arguments->data, "JSON file with field values");
+    verb->add_option("--data", arguments->data, "JSON or CSV file with field values");
     verb->add_option("--record", arguments->record, "Which member of the data file to take");
     verb->add_option("--sheet", arguments->sheet, "Name of the sheet");
     verb->add_flag("--add", arguments->add, "Add the sheet to a drawing that exists");

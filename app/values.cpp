@@ -1,8 +1,8 @@
 #include "app/values.h"
 
+#include "app/formats.h"
 #include "app/problem.h"
 
-#include "api/trv_fmt.h"
 #include "content/field.h"
 #include "drawing/block.h"
 #include "drawing/drawing.h"
@@ -10,54 +10,23 @@
 
 #include <fmt/format.h>
 
-#include <fstream>
-
 namespace app {
 
 namespace {
 
-// A list that the library filled.
-class FilledList {
-public:
-    FilledList() = default;
-    ~FilledList() { TRV_FMT_free_value(&list); }
-    FilledList(const FilledList &) = delete;
-    FilledList &operator=(const FilledList &) = delete;
-
-    Lines lines() const { return {list.values, list.values + list.num_values}; }
-
-    TRV_FMT_value_list_t list{0, nullptr};
-};
-
-std::string place(const Workspace &work, const SheetRef &sheet)
+std::string context(const Workspace &work, const SheetRef &sheet, const FieldName &name)
 {
-    return fmt::format("{}, sheet {}", work.path(), sheet.name);
-}
-
-std::string display(const FieldName &name) { return name.block + "." + name.field; }
-
-Lines linesOf(const Json &value, const std::string &where)
-{
-    if (value.is_string()) return {value.get<std::string>()};
-    if (value.is_number() || value.is_boolean()) return {value.dump()};
-    if (value.is_null()) return {""};
-    Lines lines;
-    if (value.is_array()) {
-        for (const Json &line : value) {
-            if (!line.is_string()) break;
-            lines.push_back(line.get<std::string>());
-        }
-        if (lines.size() == value.size()) return lines;
-    }
-    throw Problem(where + ": a value must be a text, a number or a list of texts");
+    return fmt::format("{}, {}", placeOf(work, sheet), display(name));
 }
 
 } // namespace
 
+std::string display(const FieldName &name) { return name.block + "." + name.field; }
+
 std::vector<std::string> blocksOf(const Workspace &work, const SheetRef &sheet)
 {
     FilledList blocks;
-    checkLibrary(TRV_FMT_ask_blocks_on_drawing(sheet.tag, &blocks.list), place(work, sheet));
+    checkLibrary(TRV_FMT_ask_blocks_on_drawing(sheet.tag, &blocks.list), placeOf(work, sheet));
     return blocks.lines();
 }
 
@@ -66,18 +35,40 @@ Lines valueOf(const Workspace &work, const SheetRef &sheet, const FieldName &nam
     FilledList value;
     checkLibrary(
         TRV_FMT_ask_field_value(sheet.tag, name.block.c_str(), name.field.c_str(), &value.list),
-        place(work, sheet));
+        context(work, sheet, name));
     return value.lines();
 }
 
 void setValue(const Workspace &work, const SheetRef &sheet, const FieldName &name,
               const Lines &lines)
 {
-    std::vector<char *> texts;
-    for (const std::string &line : lines) texts.push_back(const_cast<char *>(line.c_str()));
-    const TRV_FMT_value_list_t list{static_cast<int>(texts.size()), texts.data()};
-    checkLibrary(TRV_FMT_set_field_value(sheet.tag, name.block.c_str(), name.field.c_str(), &list),
-                 fmt::format("{}, {}", place(work, sheet), display(name)));
+    checkLibrary(
+        TRV_FMT_set_field_value(sheet.tag, name.block.c_str(), name.field.c_str(), ReadList(lines)),
+        context(work, sheet, name));
+}
+
+bool isEditable(const Workspace &work, const SheetRef &sheet, const FieldName &name)
+{
+    char editable = 0;
+    checkLibrary(
+        QEL_FMT_get_field_editable(sheet.tag, name.block.c_str(), name.field.c_str(), &editable),
+        context(work, sheet, name));
+    return editable != 0;
+}
+
+void setEditable(const Workspace &work, const SheetRef &sheet, const FieldName &name, bool editable)
+{
+    checkLibrary(QEL_FMT_set_field_editable(sheet.tag, name.block.c_str(), name.field.c_str(),
+                                            editable ? 1 : 0),
+                 context(work, sheet, name));
+}
+
+void requireEditable(const Workspace &work, const SheetRef &sheet, const FieldName &name)
+{
+    if (!isEditable(work, sheet, name))
+        throw Problem(fmt::format("{}: is locked: give --force, or unlock it with 'qelfmt field "
+                                  "editable {} {} yes'",
+                                  context(work, sheet, name), work.path(), display(name)));
 }
 
 std::vector<FieldName> fieldsOf(const SheetRef &sheet)
@@ -99,6 +90,18 @@ std::vector<FieldValue> valuesOf(const Workspace &work, const SheetRef &sheet)
     return values;
 }
 
+// The first block of that name, as the interface takes it.
+boost::shared_ptr<TrFieldBase> recordOf(const SheetRef &sheet, const FieldName &name)
+{
+    for (const auto &block : TrDrawing::getDrawing(sheet.tag)->format()->getBlocks()) {
+        if (block->GetBlockDefName() != name.block) continue;
+        for (const auto &field : block->getFields())
+            if (field->GetFieldDefName() == name.field) return field;
+        break;
+    }
+    throw Problem(fmt::format("sheet {}: no field {}", sheet.name, display(name)));
+}
+
 FieldName findField(const Workspace &work, const SheetRef &sheet, const std::string &text)
 {
     std::vector<FieldName> matches;
@@ -111,60 +114,28 @@ FieldName findField(const Workspace &work, const SheetRef &sheet, const std::str
     if (matches.size() == 1) return matches.front();
     if (matches.size() > 1)
         throw Problem(fmt::format("{}: several blocks have a field {}: write BLOCK.{}",
-                                  place(work, sheet), text, text));
-    throw Problem(fmt::format("{}: no field {}; there {} {}", place(work, sheet), text,
+                                  placeOf(work, sheet), text, text));
+    throw Problem(fmt::format("{}: no field {}; there {} {}", placeOf(work, sheet), text,
                               all.size() == 1 ? "is" : "are",
                               all.empty() ? "none" : joined(all, ", ")));
-}
-
-DataFile readData(const std::string &path, const std::string &record)
-{
-    std::ifstream file(path);
-    if (!file) throw Problem(path + ": cannot be opened: check the path");
-    DataFile data{path, {}};
-    try {
-        data.values = Json::parse(file);
-    } catch (const Json::parse_error &broken) {
-        throw Problem(fmt::format("{}: is no JSON: {}", path, broken.what()));
-    }
-    if (!record.empty()) {
-        if (data.values.is_object() && data.values.contains(record))
-            data.values = Json(data.values[record]);
-        else
-            throw Problem(fmt::format("{}: holds no record {}", path, record));
-    }
-    if (!data.values.is_object())
-        throw Problem(path + ": must hold an object of field names to values");
-    return data;
-}
-
-void fillIn(const Workspace &work, const SheetRef &sheet, const DataFile &data)
-{
-    std::vector<FieldValue> wanted;
-    std::string missing;
-    const auto add = [&](const std::string &name, const Json &value) {
-        try {
-            wanted.push_back(
-                {findField(work, sheet, name), linesOf(value, data.path + ", " + name)});
-        } catch (const Problem &problem) {
-            missing += (missing.empty() ? "" : "\n") + std::string(problem.what());
-        }
-    };
-    for (const auto &[key, value] : data.values.items()) {
-        if (!value.is_object()) {
-            add(key, value);
-            continue;
-        }
-        for (const auto &[field, inner] : value.items()) add(key + "." + field, inner);
-    }
-    if (!missing.empty()) throw Problem(missing);
-    for (const FieldValue &value : wanted) setValue(work, sheet, value.name, value.lines);
 }
 
 Json toJson(const Lines &lines)
 {
     if (lines.size() == 1) return lines.front();
     return Json(lines);
+}
+
+Lines splitLines(const std::string &text)
+{
+    Lines lines(1);
+    for (const char c : text) {
+        if (c == '\n')
+            lines.emplace_back();
+        else
+            lines.back() += c;
+    }
+    return lines;
 }
 
 } // namespace app

@@ -1,0 +1,86 @@
+#include "app/field_fit.h"
+
+#include "content/field.h"
+#include "definitions/field_def.h"
+
+#include "uf_drf.h"
+#include "ug_displayable.hxx"
+#include "ug_exception.hxx"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace app {
+
+namespace {
+
+constexpr double kTolerance = 1e-6;
+
+struct Extent {
+    double width = 0.0, height = 0.0;
+};
+
+// Along the sheet's edges, whichever way the text is turned.
+Extent extentOf(tag_t note)
+{
+    int count = 0;
+    UF_DRF_draft_aid_text_info_t *texts = nullptr;
+    UgException::throwOnFailure(UF_DRF_ask_draft_aid_text_info(note, &count, &texts));
+    Extent extent;
+    for (int i = 0; i < count; ++i) {
+        const double c = std::abs(std::cos(texts[i].angle));
+        const double s = std::abs(std::sin(texts[i].angle));
+        extent.width = std::max(extent.width, texts[i].length * c + texts[i].height * s);
+        extent.height = std::max(extent.height, texts[i].length * s + texts[i].height * c);
+    }
+    UF_DRF_free_text(count, &texts);
+    return extent;
+}
+
+// A text that starts at a margin has the rest of the cell; one in the middle has all of it.
+double excess(double text, double cell, double margin, bool centred)
+{
+    if (cell <= 0.0) return 0.0;
+    const double over = text - (centred ? cell : cell - margin);
+    return over > kTolerance ? over : 0.0;
+}
+
+} // namespace
+
+std::optional<Misfit> misfitOf(const TrFieldBase &field)
+{
+    const UgDisplayableObject *note = field.GetNote();
+    const TrFieldDefV1 def = field.GetDefinition();
+    if (!note || def.IsNull()) return {};
+    const Extent text = extentOf(note->getTag());
+    const int site = def.GetTextSite();
+    Misfit found{def.GetWidth(), def.GetHeight(), text.width, text.height, 0.0, 0.0};
+    found.tooWide = excess(text.width, def.GetWidth(), def.GetMarginWidth(), site % 3 == 2);
+    found.tooHigh =
+        excess(text.height, def.GetHeight(), def.GetMarginHeight(), site >= 4 && site <= 6);
+    if (found.tooWide == 0.0 && found.tooHigh == 0.0) return {};
+    return found;
+}
+
+std::string describe(const Misfit &misfit)
+{
+    std::string over;
+    if (misfit.tooWide > 0.0) over = fmt::format("{:.2f} too wide", misfit.tooWide);
+    if (misfit.tooHigh > 0.0)
+        over += fmt::format("{}{:.2f} too high", over.empty() ? "" : " and ", misfit.tooHigh);
+    return fmt::format("the text is {} for its cell of {:g} x {:g}: shorten it, or give the cell "
+                       "more room in the definition",
+                       over, misfit.cellWidth, misfit.cellHeight);
+}
+
+Json toJson(const Misfit &misfit)
+{
+    return {{"cell", {misfit.cellWidth, misfit.cellHeight}},
+            {"text", {misfit.textWidth, misfit.textHeight}},
+            {"too_wide", misfit.tooWide},
+            {"too_high", misfit.tooHigh}};
+}
+
+} // namespace app

@@ -1,0 +1,26 @@
+// Whether the text of a field stays inside its cell, by the lengths that the platform gives.
+#pragma once
+
+#include "app/output.h"
+
+#include <optional>
+#include <string>
+
+class TrFieldBase;
+
+namespace app {
+
+// A cell and the text in it, in the units of the sheet; a side of the cell that is 0 has no bounds.
+struct Misfit {
+    double cellWidth = 0.0, cellHeight = 0.0;
+    double textWidth = 0.0, textHeight = 0.0;
+    double tooWide = 0.0, tooHigh = 0.0; // what sticks out beyond the cell's lines
+};
+
+// Empty when the text fits, and for a field without a note or without a cell.
+std::optional<Misfit> misfitOf(const TrFieldBase &field);
+// "the text is 12.3 too wide for its cell of 60 x 9"
+std::string describe(const Misfit &misfit);
+Json toJson(const Misfit &misfit);
+
+} // namespace app

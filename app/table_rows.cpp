@@ -1,0 +1,162 @@
+#include "app/table_rows.h"
+
+#include "app/formats.h"
+#include "app/problem.h"
+
+#include "content/entry.h"
+#include "content/field.h"
+#include "content/table.h"
+#include "definitions/table_def.h"
+#include "drawing/block.h"
+#include "drawing/drawing.h"
+#include "drawing/format.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <functional>
+
+namespace app {
+
+namespace {
+
+// The first block of that name, as the interface takes it.
+boost::shared_ptr<TrTableBase> recordOf(const SheetRef &sheet, const TableName &name)
+{
+    for (const auto &block : TrDrawing::getDrawing(sheet.tag)->format()->getBlocks())
+        if (block->GetBlockDefName() == name.block) return block->getTable(name.table);
+    return {};
+}
+
+} // namespace
+
+std::string display(const TableName &name) { return name.block + "." + name.table; }
+
+std::vector<TableName> tablesOf(const SheetRef &sheet)
+{
+    std::vector<TableName> names;
+    const auto drawing = TrDrawing::getDrawing(sheet.tag);
+    if (!drawing->hasFormat()) return names;
+    for (const auto &block : drawing->format()->getBlocks())
+        for (const auto &table : block->getTables())
+            names.push_back({block->GetBlockDefName(), table->GetTableDefName()});
+    return names;
+}
+
+TableName findTable(const Workspace &work, const SheetRef &sheet, const std::string &text)
+{
+    const std::vector<TableName> tables = tablesOf(sheet);
+    std::vector<TableName> matches;
+    std::vector<std::string> all;
+    for (const TableName &name : tables) {
+        if (display(name) == text) return name;
+        if (name.table == text || text.empty()) matches.push_back(name);
+        all.push_back(display(name));
+    }
+    if (matches.size() == 1) return matches.front();
+    const std::string place = placeOf(work, sheet);
+    if (all.empty())
+        throw Problem(place + ": has no table: add a block with one ('qelfmt block add')");
+    if (matches.empty())
+        throw Problem(fmt::format("{}: no table {}; there are {}", place, text, joined(all, ", ")));
+    throw Problem(fmt::format("{}: which table? Write one of {}", place, joined(all, ", ")));
+}
+
+TableRows::TableRows(const Workspace &work, const SheetRef &sheet, const TableName &name)
+    : m_work(work), m_sheet(sheet), m_name(name), m_table(recordOf(sheet, name))
+{
+    if (!m_table) throw Problem(place() + ": is gone");
+    if (const auto def = m_table->GetDefinition(); !def->IsNull())
+        for (const auto &field : def->GetFieldDefinitions()) m_fields.push_back(field.GetId());
+}
+
+std::string TableRows::place() const
+{
+    return fmt::format("{}, {}", app::placeOf(m_work, m_sheet), display(m_name));
+}
+
+std::string TableRows::placeOf(int row, const std::string &field) const
+{
+    return fmt::format("{}, row {}, {}", place(), row, field);
+}
+
+int TableRows::count() const
+{
+    int count = 0;
+    checkLibrary(TRV_FMT_ask_number_table_entries(m_sheet.tag, m_name.block.c_str(),
+                                                  m_name.table.c_str(), &count),
+                 place());
+    return count;
+}
+
+void TableRows::requireRow(int index) const
+{
+    const int rows = count();
+    if (index >= 0 && index < rows) return;
+    throw Problem(rows == 0
+                      ? fmt::format("{}: has no rows: add one with 'qelfmt table add'", place())
+                      : fmt::format("{}: no row {}: rows are 0 to {}", place(), index, rows - 1));
+}
+
+void TableRows::requireField(const std::string &field) const
+{
+    if (std::count(m_fields.begin(), m_fields.end(), field) == 0)
+        throw Problem(
+            fmt::format("{}: no field {}; it has {}", place(), field, joined(m_fields, ", ")));
+}
+
+boost::shared_ptr<TrEntryBase> TableRows::row(int index) const
+{
+    requireRow(index);
+    return m_table->entry(static_cast<std::size_t>(index));
+}
+
+Lines TableRows::value(int row, const std::string &field) const
+{
+    FilledList value;
+    checkLibrary(TRV_FMT_ask_table_value(m_sheet.tag, m_name.block.c_str(), m_name.table.c_str(),
+                                         row, field.c_str(), &value.list),
+                 placeOf(row, field));
+    return value.lines();
+}
+
+void TableRows::requireEditable(int row, const std::string &field) const
+{
+    char editable = 0;
+    checkLibrary(QEL_FMT_get_table_field_editable(m_sheet.tag, m_name.block.c_str(),
+                                                  m_name.table.c_str(), row, field.c_str(),
+                                                  &editable),
+                 placeOf(row, field));
+    if (editable == 0) throw Problem(placeOf(row, field) + ": is locked: give --force to set it");
+}
+
+std::optional<Misfit> TableRows::set(int row, const std::string &field, const Lines &lines,
+                                     bool force) const
+{
+    if (!force) requireEditable(row, field);
+    checkLibrary(TRV_FMT_set_table_value(m_sheet.tag, m_name.block.c_str(), m_name.table.c_str(),
+                                         row, field.c_str(), ReadList(lines)),
+                 placeOf(row, field));
+    const auto entry = m_table->entry(static_cast<std::size_t>(row));
+    const auto record = entry ? entry->field(field) : nullptr;
+    return record ? misfitOf(*record) : std::nullopt;
+}
+
+int TableRows::append() const
+{
+    checkLibrary(TRV_FMT_add_entry(m_sheet.tag, m_name.block.c_str(), m_name.table.c_str()),
+                 place());
+    return count() - 1;
+}
+
+// Together, so that the rows that stay move once. From the end: the numbers keep their meaning.
+void TableRows::remove(std::vector<int> rows) const
+{
+    for (const int index : rows) requireRow(index);
+    std::sort(rows.begin(), rows.end(), std::greater<>());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    for (const int index : rows) m_table->RemoveEntry(row(index));
+    m_table->locate();
+}
+
+} // namespace app
