@@ -125,7 +125,7 @@ void dressText(double width, const Style &style, SlotValues &slots)
         slots.doubles["AltTextAspect"] = style.narrowAspect * style.aspect;
         slots.ints["AltTextAspectNumChars"] = capacity(width, style);
     } else if (style.tooLong == TooLong::smaller) {
-        slots.doubles["AltTextSize"] = style.smallerSize;
+        slots.doubles["AltTextSize"] = smallerSize(style);
         slots.ints["AltTextSizeNumChars"] = capacity(width, style);
     }
 }

@@ -11,15 +11,6 @@ namespace {
 
 constexpr double kLetterWidth = 0.8; // of the height, with the gap to the next letter
 
-double nextSmaller(double size, int units)
-{
-    constexpr std::array metric{20.0, 14.0, 10.0, 7.0, 5.0, 3.5, 2.5, 1.8}; // ISO 3098
-    constexpr std::array inches{0.5, 0.375, 0.24, 0.18, 0.12, 0.1, 0.08, 0.065};
-    for (const double height : units == 2 ? inches : metric)
-        if (height < size - 1e-9) return height;
-    return size;
-}
-
 void readTooLong(Mapping &mapping, Style &style)
 {
     const auto choice = mapping.word("too-long", {{"report", static_cast<int>(TooLong::report)},
@@ -67,6 +58,7 @@ void readStyle(Mapping &mapping, Style &style)
 Style plainStyle(int units)
 {
     Style style;
+    style.units = units;
     if (units == 2) {
         style.size = 0.12;
         style.marginWidth = style.marginHeight = 0.04;
@@ -91,11 +83,18 @@ Styles readStyles(YamlFile &file, const YAML::Node &node, int units)
                                  fmt::format("no style \"{}\" stands above this one", *like));
         }
         readStyle(mapping, style);
-        if (style.smallerSize == 0.0 || style.smallerSize >= style.size)
-            style.smallerSize = nextSmaller(style.size, units);
         styles[name] = style;
     }
     return styles;
+}
+
+double smallerSize(const Style &style)
+{
+    constexpr std::array metric{20.0, 14.0, 10.0, 7.0, 5.0, 3.5, 2.5, 1.8}; // ISO 3098
+    constexpr std::array inches{0.5, 0.375, 0.24, 0.18, 0.12, 0.1, 0.08, 0.065};
+    for (const double height : style.units == 2 ? inches : metric)
+        if (height < style.size - 1e-9) return height;
+    return style.size;
 }
 
 int capacity(double cellWidth, const Style &style)

@@ -11,6 +11,7 @@ namespace app::authoring {
 enum class TooLong { report, narrow, smaller };
 
 struct Style {
+    int units = 1;     // of the lengths: 1 millimetres, 2 inches
     double size = 2.5; // height of a capital letter
     std::string font = "osifont";
     int site = 7; // 1 top left ... 9 bottom right of the cell
@@ -20,7 +21,6 @@ struct Style {
     double lineSpace = 1.0; // 1 is a pitch of 1.5 heights
     int color = 7;
     TooLong tooLong = TooLong::report;
-    double smallerSize = 0.0; // with TooLong::smaller; 0: the next height of ISO 3098
     double narrowAspect = 0.7;
 };
 
@@ -32,6 +32,8 @@ void readStyle(Mapping &mapping, Style &style);
 // `units`: 1 millimetres, 2 inches.
 Styles readStyles(YamlFile &file, const YAML::Node &node, int units);
 Style plainStyle(int units); // what a style starts from
+// The height that TooLong::smaller takes: the next one below, of ISO 3098 or of the usual ones in inches.
+double smallerSize(const Style &style);
 // How many letters fit beside each other in the cell: 0.8 heights a letter (ISO 3098, type B).
 int capacity(double cellWidth, const Style &style);
 
