@@ -35,8 +35,8 @@ struct CellContext {
 Style namedStyle(Mapping &mapping, const CellContext &context); // by `style` alone
 Style styleOf(Mapping &mapping, const CellContext &context);    // with keys of its own
 void dressText(double width, const Style &style, SlotValues &slots);
-void sourceOf(Mapping &mapping, SlotValues &slots); // value, from, keep
-void sharing(Mapping &mapping, SlotValues &slots);  // share, all-sheets
+void sourceOf(Mapping &mapping, SlotValues &slots);                  // value, from, keep
+void sharing(Mapping &mapping, SlotValues &slots);                   // share, all-sheets
 std::string labelText(Mapping &mapping, const CellContext &context); // in the language wanted
 
 Cell readCell(YamlFile &file, const std::string &id, const YAML::Node &node,

@@ -27,7 +27,6 @@ std::string joined(const std::vector<Complaint> &complaints)
 
 Complaints::Complaints(std::vector<Complaint> complaints)
     : std::runtime_error(joined(complaints)), m_complaints(std::move(complaints))
-{
-}
+{}
 
 } // namespace app::authoring

@@ -20,10 +20,9 @@ namespace app::authoring {
 
 namespace {
 
-constexpr std::size_t kHashLength = 9;    // with its hyphen
+constexpr std::size_t kHashLength = 9; // with its hyphen
 
 void check(int status) { UgException::throwOnFailure(status); }
-
 
 // What the hash is taken of: every figure with all its digits.
 std::string canonical(const Art &art, int units)
@@ -78,8 +77,7 @@ void draw(const ArtLine &line)
 
 void draw(const ArtArc &arc)
 {
-    const tag_t tag =
-        nxhost::createArc(arc.centre.x, arc.centre.y, arc.radius, arc.start, arc.end);
+    const tag_t tag = nxhost::createArc(arc.centre.x, arc.centre.y, arc.radius, arc.start, arc.end);
     check(UF_OBJ_set_line_width(tag, arc.pen));
 }
 

@@ -24,7 +24,8 @@ struct Sheet {
 enum class SheetFamily { iso, asme };
 
 // Empty when the family has no such size. `font` is that of the grid labels.
-std::optional<Sheet> familySheet(SheetFamily family, const std::string &id, const std::string &font);
+std::optional<Sheet> familySheet(SheetFamily family, const std::string &id,
+                                 const std::string &font);
 std::string familyIds(SheetFamily family); // for complaints
 int familyUnits(SheetFamily family);       // 1 millimetres, 2 inches
 

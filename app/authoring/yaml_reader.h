@@ -39,14 +39,15 @@ public:
     Mapping &operator=(const Mapping &) = delete;
 
     bool has(const std::string &key);
-    YAML::Node node(const std::string &key); // undefined when absent
+    YAML::Node node(const std::string &key);                 // undefined when absent
     std::optional<std::string> text(const std::string &key); // `01`, `no`, `1.10` stay text
     std::optional<double> number(const std::string &key);
     std::optional<int> integer(const std::string &key);
     std::optional<int> word(const std::string &key, std::initializer_list<Word> words);
     std::optional<std::vector<double>> numbers(const std::string &key, std::size_t least,
                                                std::size_t most);
-    std::optional<std::vector<std::string>> texts(const std::string &key); // one text is a list of one
+    std::optional<std::vector<std::string>>
+    texts(const std::string &key); // one text is a list of one
     // The mapping's own keys in their order, with their values. Asked for, all of them.
     std::vector<std::pair<std::string, YAML::Node>> entries();
 

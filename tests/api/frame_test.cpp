@@ -50,7 +50,8 @@ TEST_F(Frame, TagZeroIsAnInvalidDrawingForEveryFunctionBeforeAnythingElse)
     EXPECT_EQ(calls.size(), 22u);
     for (std::size_t i = 0; i < calls.size(); ++i) {
         SCOPED_TRACE(i);
-        failure(TRV_FMT_add_format(sheet, "NOSUCH", "A3")); // another text, so that the next is fresh
+        failure(
+            TRV_FMT_add_format(sheet, "NOSUCH", "A3")); // another text, so that the next is fresh
         EXPECT_EQ(failure(calls[i]()), "Invalid drawing");
     }
 }
@@ -169,8 +170,10 @@ TEST_F(Frame, NullOutPointersAreInvalidArguments)
     EXPECT_EQ(failure(TRV_FMT_ask_format(sheet, nullptr, buffer)), "Invalid argument");
     EXPECT_EQ(failure(TRV_FMT_ask_format(sheet, buffer, nullptr)), "Invalid argument");
     EXPECT_EQ(failure(TRV_FMT_ask_blocks_on_drawing(sheet, nullptr)), "Invalid argument");
-    EXPECT_EQ(failure(TRV_FMT_ask_field_value(sheet, "TITLE", "NAME", nullptr)), "Invalid argument");
-    EXPECT_EQ(failure(TRV_FMT_set_field_value(sheet, "TITLE", "NAME", nullptr)), "Invalid argument");
+    EXPECT_EQ(failure(TRV_FMT_ask_field_value(sheet, "TITLE", "NAME", nullptr)),
+              "Invalid argument");
+    EXPECT_EQ(failure(TRV_FMT_set_field_value(sheet, "TITLE", "NAME", nullptr)),
+              "Invalid argument");
     EXPECT_EQ(failure(QEL_FMT_get_field_editable(sheet, "TITLE", "NAME", nullptr)),
               "Invalid argument");
     EXPECT_EQ(failure(TRV_FMT_ask_number_table_entries(sheet, "TITLE", "REV", nullptr)),

@@ -88,7 +88,10 @@ protected:
         return field;
     }
 
-    void addFormat() { ASSERT_EQ(TRV_FMT_add_format(sheet, "F", "A3"), 0) << TRV_FMT_ask_last_error(); }
+    void addFormat()
+    {
+        ASSERT_EQ(TRV_FMT_add_format(sheet, "F", "A3"), 0) << TRV_FMT_ask_last_error();
+    }
 
     Texts blocks() const
     {

@@ -10,12 +10,15 @@ protected:
     {
         write("d.yaml", "units: mm\n"
                         "formats:\n"
-                        "  F: {required: [B], sheets: iso, sizes: [A3]" + formats + "}\n"
-                        "blocks:\n"
-                        "  B:\n"
-                        "    size: [60, 20]\n"
-                        "    place: {corner: bottom-right, inset: [10, 10]}\n"
-                        "    cells:\n" + cells);
+                        "  F: {required: [B], sheets: iso, sizes: [A3]" +
+                            formats +
+                            "}\n"
+                            "blocks:\n"
+                            "  B:\n"
+                            "    size: [60, 20]\n"
+                            "    place: {corner: bottom-right, inset: [10, 10]}\n"
+                            "    cells:\n" +
+                            cells);
         return qelfmt("defs build d.yaml -o site --quiet");
     }
 };
@@ -49,7 +52,9 @@ TEST_F(DefinitionText, TextsStayTexts)
 {
     ASSERT_EQ(build("      a: {cell: [0, 0, 60, 20], value: 01}\n"
                     "      b: {cell: [0, 0, 60, 20], box: none, value: no}\n"
-                    "      c: {cell: [0, 0, 60, 20], box: none, value: 1.10}\n").status, 0);
+                    "      c: {cell: [0, 0, 60, 20], box: none, value: 1.10}\n")
+                  .status,
+              0);
     ASSERT_EQ(qelfmt("stamp F/A3 --defs site -o a.qdraw").status, 0);
     const auto values = json("field list a.qdraw --defs site")["B"];
     EXPECT_EQ(values["a"], "01");
