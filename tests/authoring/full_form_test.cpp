@@ -118,9 +118,15 @@ public:
     {
         for (int i = below(4); i >= 0; --i) {
             switch (below(6)) {
-            case 0: format(); break;
-            case 1: field(); break; // that nobody owns
-            default: block(); break;
+            case 0:
+                format();
+                break;
+            case 1:
+                field();
+                break; // that nobody owns
+            default:
+                block();
+                break;
             }
         }
     }
@@ -130,10 +136,28 @@ private:
 
     std::string text()
     {
-        static const char *const texts[] = {"",    "01",     "no",          "1.10",  "~",    "null",
-                                            "a: b", "- x",   " blank ",     "# no",  "{}",   "M\xfcller",
-                                            "Gr\xc3\xb6\xc3\x9f" "e", "\x01\x7f\x80\xff", "\"\\'", "a\tb",
-                                            "\xe2\x80\xa8", "<O>", "TITLE", "!bytes x", "\xef\xbb\xbf"};
+        static const char *const texts[] = {"",
+                                            "01",
+                                            "no",
+                                            "1.10",
+                                            "~",
+                                            "null",
+                                            "a: b",
+                                            "- x",
+                                            " blank ",
+                                            "# no",
+                                            "{}",
+                                            "M\xfcller",
+                                            "Gr\xc3\xb6\xc3\x9f"
+                                            "e",
+                                            "\x01\x7f\x80\xff",
+                                            "\"\\'",
+                                            "a\tb",
+                                            "\xe2\x80\xa8",
+                                            "<O>",
+                                            "TITLE",
+                                            "!bytes x",
+                                            "\xef\xbb\xbf"};
         if (below(3)) return texts[below(std::size(texts))];
         std::string random;
         for (int n = below(12); n > 0; --n) random += static_cast<char>(1 + below(255));
@@ -150,24 +174,36 @@ private:
     double real()
     {
         switch (below(8)) {
-        case 0: return std::numeric_limits<double>::quiet_NaN();
-        case 1: return std::bit_cast<double>(0xfff8000000000000u | (m_random() & 0xffff));
-        case 2: return below(2) ? HUGE_VAL : -HUGE_VAL;
-        case 3: return -0.0;
-        case 4: return std::bit_cast<double>(static_cast<std::uint64_t>(m_random()) << 20 | 1);
-        case 5: return 0.1 * below(1000);
-        case 6: return std::bit_cast<double>(std::uint64_t{m_random()} << 32 | m_random());
-        default: return below(500);
+        case 0:
+            return std::numeric_limits<double>::quiet_NaN();
+        case 1:
+            return std::bit_cast<double>(0xfff8000000000000u | (m_random() & 0xffff));
+        case 2:
+            return below(2) ? HUGE_VAL : -HUGE_VAL;
+        case 3:
+            return -0.0;
+        case 4:
+            return std::bit_cast<double>(static_cast<std::uint64_t>(m_random()) << 20 | 1);
+        case 5:
+            return 0.1 * below(1000);
+        case 6:
+            return std::bit_cast<double>(std::uint64_t{m_random()} << 32 | m_random());
+        default:
+            return below(500);
         }
     }
 
     int code()
     {
         switch (below(4)) {
-        case 0: return std::numeric_limits<int>::min();
-        case 1: return std::numeric_limits<int>::max();
-        case 2: return static_cast<int>(m_random());
-        default: return below(10);
+        case 0:
+            return std::numeric_limits<int>::min();
+        case 1:
+            return std::numeric_limits<int>::max();
+        case 2:
+            return static_cast<int>(m_random());
+        default:
+            return below(10);
         }
     }
 
@@ -237,10 +273,18 @@ private:
         if (below(2)) block.SetMovable(code());
         for (int n = below(6); n > 0; --n) {
             switch (below(4)) { // in any order among each other
-            case 0: block.addBlockLocation(location()); break;
-            case 1: block.addBlockLocation(oldLocation()); break;
-            case 2: block.AddTableDefinition(table()); break;
-            default: block.AddFieldDefinition(field()); break;
+            case 0:
+                block.addBlockLocation(location());
+                break;
+            case 1:
+                block.addBlockLocation(oldLocation());
+                break;
+            case 2:
+                block.AddTableDefinition(table());
+                break;
+            default:
+                block.AddFieldDefinition(field());
+                break;
             }
         }
     }
@@ -336,21 +380,23 @@ TEST_F(FullForm, EveryMistakeIsSaidWithItsPlace)
          "  colour: 1\n"
          "  pattern_layer: 3\n"
          "- {id: X}\n");
-    EXPECT_EQ(complaints,
-              "text.yaml:2:9: records: kind: \"filed\" is none of format, size, block, field, table, "
-              "block_location, size_location, location, block_location_v1\n"
-              "text.yaml:4:18: block: pattern_layer: must be a whole number\n"
-              "text.yaml:5:3: block: unknown key \"colour\"\n"
-              "text.yaml:6:3: block: pattern_layer stands here twice\n"
-              "text.yaml:7:3: records: a record lacks kind: one of format, size, block, field, table, "
-              "block_location, size_location, location, block_location_v1\n");
+    EXPECT_EQ(
+        complaints,
+        "text.yaml:2:9: records: kind: \"filed\" is none of format, size, block, field, table, "
+        "block_location, size_location, location, block_location_v1\n"
+        "text.yaml:4:18: block: pattern_layer: must be a whole number\n"
+        "text.yaml:5:3: block: unknown key \"colour\"\n"
+        "text.yaml:6:3: block: pattern_layer stands here twice\n"
+        "text.yaml:7:3: records: a record lacks kind: one of format, size, block, field, table, "
+        "block_location, size_location, location, block_location_v1\n");
 }
 
 TEST(Scalars, DoublesKeepTheirBits)
 {
     for (const std::uint64_t bits :
          {0x0ull, 0x8000000000000000ull, 0x1ull, 0x7fefffffffffffffull, 0x7ff0000000000000ull,
-          0xfff0000000000000ull, 0x7ff8000000000000ull, 0xfff8000000000123ull, 0x3fb999999999999aull}) {
+          0xfff0000000000000ull, 0x7ff8000000000000ull, 0xfff8000000000123ull,
+          0x3fb999999999999aull}) {
         const auto back = realOf(YAML::Load(realText(std::bit_cast<double>(bits))));
         ASSERT_TRUE(back) << bits;
         EXPECT_EQ(std::bit_cast<std::uint64_t>(*back), bits);
