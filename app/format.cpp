@@ -1,10 +1,12 @@
 // format: the format of a sheet.
+#include "app/format_verbs.h"
 #include "app/formats.h"
 #include "app/output.h"
 #include "app/sheet_command.h"
 #include "app/values.h"
 
 #include "api/trv_fmt.h"
+#include "definitions/definition_file_manager.h"
 #include "definitions/format_def.h"
 #include "definitions/format_size.h"
 #include "drawing/drawing.h"
@@ -33,13 +35,6 @@ int removeFormat(const Options &options, const FormatArguments &arguments)
 {
     return changeSheet(options, arguments.target, [&](Workspace &work, const SheetRef &sheet) {
         checkLibrary(TRV_FMT_delete_format(sheet.tag), placeOf(work, sheet));
-    });
-}
-
-int updateFormat(const Options &options, const FormatArguments &arguments)
-{
-    return changeSheet(options, arguments.target, [&](Workspace &work, const SheetRef &sheet) {
-        checkLibrary(TRV_FMT_update(sheet.tag), placeOf(work, sheet));
     });
 }
 
@@ -79,6 +74,39 @@ int showFormat(const Options &options, const FormatArguments &arguments)
     });
 }
 
+// What can be placed in a drawing: formats in its units that are not obsolete.
+int listFormats(const Options &options, const std::string &path)
+{
+    Workspace work(options);
+    work.open(path);
+    Json formats = Json::array();
+    std::vector<std::vector<std::string>> rows;
+    for (const auto &definition : TrDefinitionFileManager::GetFormatDefinitions("ALL")) {
+        std::vector<std::string> sizes;
+        for (const TrFormatSizeV1 &size : definition->GetAvailableSizes())
+            sizes.push_back(size.GetId());
+        rows.push_back({definition->GetId(), joined(sizes, " "), definition->GetDescription()});
+        formats.push_back(Json{{"id", definition->GetId()},
+                               {"sizes", sizes},
+                               {"description", definition->GetDescription()}});
+    }
+    if (options.json)
+        printJson(formats);
+    else
+        printTable({"FORMAT", "SIZES", "DESCRIPTION"}, rows);
+    return kFine;
+}
+
+void addListVerb(Command command, CLI::App *family)
+{
+    auto path = std::make_shared<std::string>();
+    CLI::App *verb = family->add_subcommand("list", "The formats that a drawing can have");
+    verb->add_option("part", *path, "The drawing")->required();
+    verb->callback([=] {
+        command.chosen = [=, &options = command.options] { return listFormats(options, *path); };
+    });
+}
+
 using Run = int (*)(const Options &, const FormatArguments &);
 
 void addVerb(Command command, CLI::App *family, const char *name, const char *help,
@@ -102,11 +130,12 @@ void addFormatVerbs(Command command)
     addVerb(command, family, "add", "Place a format on a sheet that has none", "format", addFormat);
     addVerb(command, family, "resize", "Change to another size of the format", "size",
             resizeFormat);
-    addVerb(command, family, "update", "Bring up to date with the definitions", nullptr,
-            updateFormat);
+    addFormatUpdateVerbs(family, command);
+    addFormatReplaceVerb(family, command);
     addVerb(command, family, "remove", "Remove the format with everything on it", nullptr,
             removeFormat);
     addVerb(command, family, "show", "Format and size", nullptr, showFormat);
+    addListVerb(command, family);
 }
 
 } // namespace app

@@ -14,8 +14,6 @@
 
 namespace app {
 
-namespace {
-
 boost::shared_ptr<TrFormatDefV1> definitionOf(const FormatName &name)
 {
     const auto definition = TrDefinitionFileManager::GetFormatDefinition(name.format);
@@ -32,8 +30,6 @@ boost::shared_ptr<TrFormatDefV1> definitionOf(const FormatName &name)
     }
     return definition;
 }
-
-} // namespace
 
 FormatName parseFormatName(const std::string &text)
 {

@@ -3,7 +3,11 @@
 
 #include "app/workspace.h"
 
+#include <boost/shared_ptr.hpp>
+
 #include <string>
+
+class TrFormatDefV1;
 
 namespace app {
 
@@ -13,6 +17,8 @@ struct FormatName {
 };
 
 FormatName parseFormatName(const std::string &text); // "ISO/A3"
+// The loaded definition that has the size; a Problem that lists what there is otherwise.
+boost::shared_ptr<TrFormatDefV1> definitionOf(const FormatName &name);
 // Units of a loaded format's definition; a Problem that lists the formats when there is none.
 int unitsOf(const FormatName &name);
 // Places the format on the sheet, then the blocks that only the site's settings require.

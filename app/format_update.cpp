@@ -1,0 +1,210 @@
+// format check, format update: sheets against the definitions of today.
+#include "app/format_verbs.h"
+#include "app/formats.h"
+#include "app/output.h"
+#include "app/problem.h"
+#include "app/sheet_command.h"
+#include "app/update.h"
+
+#include "uf_draw.h"
+#include "ug_exception.hxx"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace app {
+
+namespace {
+
+// The named sheet, or all of them, one after the other; the sheet that was open is open again then.
+template <class Body> void onSheets(Workspace &work, const std::string &name, const Body &body)
+{
+    if (!name.empty()) {
+        body(work.openSheet(name));
+        return;
+    }
+    tag_t current = NULL_TAG;
+    UF_DRAW_ask_current_drawing(&current); // none is open: none is opened again
+    for (const SheetRef &sheet : work.sheets()) {
+        UgException::throwOnFailure(UF_DRAW_open_drawing(sheet.tag));
+        body(sheet);
+    }
+    if (current != NULL_TAG) UgException::throwOnFailure(UF_DRAW_open_drawing(current));
+}
+
+std::string oneLine(const std::string &text)
+{
+    if (text.empty()) return "\"\"";
+    std::string line = text;
+    for (std::size_t at = 0; (at = line.find('\n', at)) != std::string::npos; at += 3)
+        line.replace(at, 1, " | ");
+    return line;
+}
+
+// --- check ------------------------------------------------------------------------------------------
+
+void add(Json &list, const Differences &differences)
+{
+    for (const Difference &one : differences)
+        list.push_back(Json{
+            {"where", one.where}, {"slot", one.what}, {"stored", one.stored}, {"disk", one.disk}});
+}
+
+Json toJson(const SheetRef &sheet, const SheetDrift &drift)
+{
+    Json result{{"sheet", sheet.name}, {"state", nameOf(drift.state)}};
+    if (drift.state == SheetState::none) return result;
+    result["format"] = drift.format;
+    result["size"] = drift.size;
+    result["differences"] = Json::array();
+    add(result["differences"], drift.definition);
+    add(result["differences"], drift.placed);
+    result["blocks"] = Json::array();
+    for (const BlockDrift &block : drift.blocks) {
+        Json one{{"id", block.id}, {"orphan", block.orphan}, {"miswired", block.miswired}};
+        one["differences"] = Json::array();
+        add(one["differences"], block.definition);
+        add(one["differences"], block.placed);
+        result["blocks"].push_back(one);
+    }
+    return result;
+}
+
+void print(const std::string &owner, const Differences &differences)
+{
+    for (const Difference &one : differences)
+        printLine(fmt::format("  {}{}{}: {}: {} -> {}", owner, one.where.empty() ? "" : ", ",
+                              one.where, one.what, oneLine(one.stored), oneLine(one.disk)));
+}
+
+void print(const std::string &place, const SheetDrift &drift)
+{
+    const std::string format =
+        drift.state == SheetState::none ? "" : fmt::format(" ({}/{})", drift.format, drift.size);
+    printLine(fmt::format("{}: {}{}", place, nameOf(drift.state), format));
+    if (drift.orphan) printLine(fmt::format("  format {}: its definition is gone", drift.format));
+    print("format", drift.definition);
+    print("format", drift.placed);
+    for (const BlockDrift &block : drift.blocks) {
+        const std::string owner = "block " + block.id;
+        if (block.orphan) printLine(fmt::format("  {}: its definition is gone", owner));
+        for (const std::string &field : block.miswired)
+            printLine(
+                fmt::format("  {}, field {}: shows the definition of another field", owner, field));
+        print(owner, block.definition);
+        print(owner, block.placed);
+    }
+}
+
+int check(const Options &options, const SheetTarget &target)
+{
+    Workspace work(options);
+    work.open(target.path);
+    // One sheet may look at the others, which converts what is old on them.
+    std::vector<tag_t> legacy;
+    for (const SheetRef &sheet : work.sheets())
+        if (hasLegacyRecords(sheet.tag)) legacy.push_back(sheet.tag);
+
+    bool findings = false;
+    Json result = Json::array();
+    onSheets(work, target.sheet, [&](const SheetRef &sheet) {
+        SheetDrift drift = driftOf(sheet.tag);
+        if (std::find(legacy.begin(), legacy.end(), sheet.tag) != legacy.end())
+            drift.state = SheetState::legacy;
+        findings |= drift.state != SheetState::current && drift.state != SheetState::none;
+        if (options.json)
+            result.push_back(toJson(sheet, drift));
+        else
+            print(placeOf(work, sheet), drift);
+    });
+    if (options.json) printJson(result);
+    return findings ? kFindings : kFine;
+}
+
+// --- update -----------------------------------------------------------------------------------------
+
+Json toJson(const SheetRef &sheet, const UpdateReport &report)
+{
+    Json result{{"sheet", sheet.name},
+                {"state", nameOf(report.before.state)},
+                {"format", report.before.format},
+                {"size", report.before.size},
+                {"formatChanged", report.formatChanged},
+                {"blocks", Json::array()},
+                {"addedBlocks", report.addedBlocks},
+                {"values", Json::array()}};
+    for (const BlockUpdate &block : report.blocks)
+        result["blocks"].push_back(
+            Json{{"id", block.id}, {"update", nameOf(block.method)}, {"reasons", block.reasons}});
+    for (const ValueChange &value : report.values)
+        result["values"].push_back(Json{{"block", value.block},
+                                        {"field", value.field},
+                                        {"change", nameOf(value.kind)},
+                                        {"before", value.before},
+                                        {"after", value.after}});
+    return result;
+}
+
+void print(const std::string &place, const UpdateReport &report)
+{
+    printLine(fmt::format("{}: was {}{}", place, nameOf(report.before.state),
+                          report.formatChanged ? ", format updated" : ""));
+    for (const BlockUpdate &block : report.blocks) {
+        const std::string reasons =
+            block.reasons.empty() ? "" : " (" + joined(block.reasons, "; ") + ")";
+        printLine(fmt::format("  block {}: {}{}", block.id, nameOf(block.method), reasons));
+    }
+    for (const std::string &id : report.addedBlocks)
+        printLine(fmt::format("  block {}: added, the format requires it now", id));
+    for (const ValueChange &value : report.values)
+        printLine(fmt::format("  {}.{}: {}: {} -> {}", value.block, value.field, nameOf(value.kind),
+                              oneLine(joined(value.before, "\n")),
+                              oneLine(joined(value.after, "\n"))));
+}
+
+int update(const Options &options, const SheetTarget &target)
+{
+    Workspace work(options);
+    work.open(target.path);
+    Json result = Json::array();
+    int updated = 0;
+    onSheets(work, target.sheet, [&](const SheetRef &sheet) {
+        const std::string place = placeOf(work, sheet);
+        const SheetState state = driftOf(sheet.tag).state;
+        if (state == SheetState::none && target.sheet.empty()) return;
+        const UpdateReport report = updateSheet(sheet.tag, place);
+        updated += state != SheetState::current;
+        if (options.json)
+            result.push_back(toJson(sheet, report));
+        else
+            print(place, report);
+    });
+    if (options.json) printJson(result);
+    if (!options.dryRun && updated > 0) work.save();
+    return kFine;
+}
+
+using Run = int (*)(const Options &, const SheetTarget &);
+
+void addVerb(Command command, CLI::App *family, const char *name, const char *help, Run run)
+{
+    auto target = std::make_shared<SheetTarget>();
+    CLI::App *verb = family->add_subcommand(name, help);
+    verb->add_option("part", target->path, "The drawing")->required();
+    verb->add_option("-s,--sheet", target->sheet, "One sheet; all of them without");
+    verb->callback([=] {
+        command.chosen = [=, &options = command.options] { return run(options, *target); };
+    });
+}
+
+} // namespace
+
+void addFormatUpdateVerbs(CLI::App *family, Command command)
+{
+    addVerb(command, family, "check", "What differs from the definitions; 1 when something does",
+            check);
+    addVerb(command, family, "update", "Bring up to date with the definitions", update);
+}
+
+} // namespace app

@@ -1,0 +1,48 @@
+// Bringing a sheet up to date without mixing up its values.
+#pragma once
+
+#include "app/drift.h"
+
+#include <string>
+#include <vector>
+
+namespace app {
+
+// How a block was brought up to date. The library pairs the fields of a block with those of its new
+// definition by their position; where that would give a field the place of another one, or leave
+// behind what the definition says, the fields are made anew in the definition's order and get their
+// values by their names.
+enum class UpdateMethod { untouched, library, byId, orphan };
+
+struct BlockUpdate {
+    std::string id;
+    UpdateMethod method = UpdateMethod::untouched;
+    std::vector<std::string> reasons; // why the library's own update would not do
+};
+
+enum class ValueChangeKind { added, lost, recomputed };
+
+struct ValueChange {
+    std::string block;
+    std::string field; // "NUMBER"; of a row "REVS[2].WHAT"
+    ValueChangeKind kind = ValueChangeKind::added;
+    std::vector<std::string> before;
+    std::vector<std::string> after;
+};
+
+struct UpdateReport {
+    SheetDrift before;
+    bool formatChanged = false;
+    std::vector<BlockUpdate> blocks;
+    std::vector<std::string> addedBlocks; // newly required
+    std::vector<ValueChange> values;
+};
+
+std::string nameOf(UpdateMethod method);
+std::string nameOf(ValueChangeKind kind);
+
+// The sheet must be the current one and have a format whose definition is loaded; `place` names it in
+// messages. When it fails the part is not to be saved.
+UpdateReport updateSheet(tag_t sheet, const std::string &place);
+
+} // namespace app

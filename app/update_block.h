@@ -1,0 +1,17 @@
+// A block made anew from its definition, with the values that it had.
+#pragma once
+
+class TrBlockBase;
+class TrBlockDefV1;
+
+namespace app {
+
+// Values, locks and rows are remembered by the names of fields and tables; the fields are then made in
+// the order of the definition, and everything is put where the definition has it. A block that stands
+// at a point the user chose stays there.
+void rebuildBlock(TrBlockBase &block, const TrBlockDefV1 &disk);
+
+// Puts a block and all it holds where the present definitions of block and format have it.
+void placeAnew(TrBlockBase &block);
+
+} // namespace app
