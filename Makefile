@@ -3,7 +3,7 @@ SHELL := /bin/bash
 JOBS ?= $(shell nproc)
 SOAK_SHARE ?= 0.05
 
-.PHONY: help demo test soak asan format check bench build bootstrap
+.PHONY: help demo test soak asan format check bench build bootstrap package
 .DEFAULT_GOAL := help
 
 help: ## this list
@@ -45,3 +45,9 @@ check: build ## format, layering, exported names
 	@scripts/check-format
 	@scripts/check-layering
 	@scripts/check-exports build/dev/lib/libqelfmt.so
+
+package: bootstrap ## Debian packages: library, headers, command
+	$(call configure,release)
+	@cmake --build build/release -j$(JOBS)
+	@cd build/release && cpack --config CPackConfig.cmake -B packages
+	@ls build/release/packages/*.deb

@@ -20,11 +20,19 @@ if(CCACHE)
 endif()
 
 add_library(qelfmt_flags INTERFACE)
-target_compile_options(qelfmt_flags INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor> -Werror)
+if(MSVC)
+    target_compile_options(qelfmt_flags INTERFACE /W4 /permissive- /Zc:__cplusplus /EHsc)
+else()
+    target_compile_options(qelfmt_flags INTERFACE
+        -Wall -Wextra -Wpedantic -Wshadow $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor> -Werror)
+endif()
 target_include_directories(qelfmt_flags INTERFACE
-    "${CMAKE_SOURCE_DIR}" "${CMAKE_SOURCE_DIR}/maker" "${CMAKE_SOURCE_DIR}/host"
-    "${CMAKE_SOURCE_DIR}/host/include")
+    "${CMAKE_SOURCE_DIR}" "${CMAKE_SOURCE_DIR}/maker" "${CMAKE_SOURCE_DIR}/host")
+if(QELFMT_PLATFORM STREQUAL "host")
+    target_include_directories(qelfmt_flags INTERFACE "${QELFMT_PLATFORM_HEADERS}")
+else() # headers that are not ours are not held to our warnings
+    target_include_directories(qelfmt_flags SYSTEM INTERFACE "${QELFMT_PLATFORM_HEADERS}")
+endif()
 if(QELFMT_SANITIZE)
     target_compile_options(qelfmt_flags INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
@@ -43,6 +51,7 @@ function(qelfmt_objects name)
     endif()
     add_library(${name} OBJECT ${sources})
     target_link_libraries(${name} PRIVATE qelfmt_flags ${ARG_LIBS})
+    target_compile_definitions(${name} PRIVATE $<$<BOOL:${WIN32}>:QELFMT_BUILDING>)
     if(ARG_HIDDEN)
         set_target_properties(${name} PROPERTIES CXX_VISIBILITY_PRESET hidden
                               VISIBILITY_INLINES_HIDDEN ON)
@@ -65,7 +74,9 @@ function(qelfmt_shared name)
     set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX VERSION ${PROJECT_VERSION}
                           SOVERSION ${PROJECT_VERSION_MAJOR})
     target_link_libraries(${name} PRIVATE qelfmt_flags ${ARG_LIBS})
-    target_link_options(${name} PRIVATE -Wl,--no-undefined)
+    if(NOT MSVC)
+        target_link_options(${name} PRIVATE -Wl,--no-undefined)
+    endif()
 endfunction()
 
 # qelfmt_test(NAME DIR folder [LIBS ...]): the GoogleTests of a folder below tests/, run as two ctest

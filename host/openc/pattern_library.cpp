@@ -8,9 +8,11 @@
 #include "uf_part.h"
 #include "uf_patt.h"
 
+#include <dlfcn.h>
 #include <sys/stat.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <map>
 #include <optional>
 #include <set>
@@ -43,12 +45,34 @@ void appendDirectories(std::vector<std::string> &directories, const char *variab
     }
 }
 
+// share/qelfmt/patterns of the installation that this library belongs to: shipped definitions are
+// complete without any variable. The library stands in <prefix>/lib or <prefix>/lib/<triplet>.
+std::string installedPatterns()
+{
+    namespace fs = std::filesystem;
+    Dl_info info{};
+    static const char anchor = 0;
+    if (!dladdr(&anchor, &info) || !info.dli_fname) return {};
+    std::error_code failed;
+    fs::path prefix = fs::canonical(info.dli_fname, failed).parent_path();
+    for (int level = 0; level < 2; ++level) {
+        prefix = prefix.parent_path();
+        const fs::path patterns = prefix / "share/qelfmt/patterns";
+        if (fs::is_directory(patterns, failed)) return patterns.string() + '/';
+    }
+    return {};
+}
+
 std::vector<std::string> searchedDirectories(const std::string &name)
 {
     std::vector<std::string> directories{""};
     if (name.front() == '/') return directories;
     appendDirectories(directories, "UGII_UTIL");
     appendDirectories(directories, "UGII_PATDIR");
+    if (!std::getenv("UGII_PATDIR")) {
+        static const std::string installed = installedPatterns();
+        if (!installed.empty()) directories.push_back(installed);
+    }
     return directories;
 }
 
