@@ -50,7 +50,8 @@ TrEntryBase::Fields TrEntryBase::getFields() const
     return fields;
 }
 
-// A field reads where its row stands whenever it asks. It holds on to the record, not to this wrapper.
+// A field reads where its row stands whenever it asks. It holds on to the record, not to this
+// wrapper.
 void TrEntryBase::bind(TrFieldBase &one) const
 {
     one.getBaseLocationCmd() = [row = TrEntryBase(*this)] { return row.getBaseLocation(); };
@@ -103,7 +104,8 @@ void TrEntryBase::removeAndRetainSymbol(const boost::shared_ptr<SymbolBase> &) {
 
 // --- against a new definition, and older generations ------------------------------------------------
 
-// Fields find their new definition by their name: other than in a block, where they pair by position.
+// Fields find their new definition by their name: other than in a block, where they pair by
+// position.
 void TrEntryBase::UpdateDefinition(const TrTableDefV1 &def)
 {
     for (const auto &one : getFields()) {

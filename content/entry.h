@@ -34,8 +34,9 @@ struct EntrySlots {
     static_assert(LumUg::isDense(kLayout));
 };
 
-// A view on the record of one row. The table links to the row, the row to its fields and symbols. The
-// table that hands a row out tells it how to find its base point, and whether rows grow downwards.
+// A view on the record of one row. The table links to the row, the row to its fields and symbols.
+// The table that hands a row out tells it how to find its base point, and whether rows grow
+// downwards.
 class QELFMT_API TrEntryBase : public LumUg::UDO, public EntrySlots {
 public:
     using Fields = std::vector<boost::shared_ptr<TrFieldBase>>;
@@ -93,8 +94,8 @@ public:
     // --- against a new definition, and older generations ------------------------------------------
     void UpdateDefinition(const TrTableDefV1 &def);
     void checkForRemovedFields(const TrTableDefV1 &def);
-    // A view on this record when it is current, else the record that replaces it. Fields are brought
-    // to their current generation too, each in the place of the old one.
+    // A view on this record when it is current, else the record that replaces it. Fields are
+    // brought to their current generation too, each in the place of the old one.
     boost::shared_ptr<TrEntryBase> checkAndUpgrade();
     boost::shared_ptr<TrEntryBase> upgrade();
 

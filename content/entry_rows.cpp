@@ -188,8 +188,8 @@ std::string TrEntryBase::firstLineOf(const std::string &fieldId) const
     return stored ? *stored : one->GetValue().front();
 }
 
-// A text that names a field of the row stands for the field's value. Rows that leave the field empty
-// mean what the last row before them says.
+// A text that names a field of the row stands for the field's value. Rows that leave the field
+// empty mean what the last row before them says.
 std::string TrEntryBase::GenerateSymbolValue(const std::string &text) const
 {
     if (!field(text)) return text;

@@ -26,8 +26,8 @@ UgDisplayableObject *firstNote(const std::vector<UgTypedObject *> &objects)
     return nullptr;
 }
 
-// How high a row is depends on the notes of its fields. Asked before a note comes or goes: what may fail
-// comes first.
+// How high a row is depends on the notes of its fields. Asked before a note comes or goes: what may
+// fail comes first.
 tag_t rowOf(const LumUg::UDO &field) { return QelFmt::firstLinking(field.tag()); }
 
 } // namespace
@@ -98,8 +98,8 @@ std::string TrFieldBase::getBlockId() const
 
 // --- against a new definition, and older generations ------------------------------------------------
 
-// The value is left alone, and so is the name. A field whose definition was lost follows the new one
-// in everything.
+// The value is left alone, and so is the name. A field whose definition was lost follows the new
+// one in everything.
 void TrFieldBase::UpdateDefinition(const TrFieldDefV1 &def)
 {
     QELFMT_INFO << "Checking to update field definition " << def.GetId();
@@ -139,8 +139,8 @@ boost::shared_ptr<TrFieldBase> TrFieldBase::checkAndUpgrade()
     return same;
 }
 
-// Note and border lines change hands and stay what they are on the sheet. A field without a note has
-// its value in its attributes only.
+// Note and border lines change hands and stay what they are on the sheet. A field without a note
+// has its value in its attributes only.
 boost::shared_ptr<TrFieldBase> TrFieldBase::upgrade()
 {
     const boost::shared_ptr<TrFieldV1> fresh(new TrFieldV1);

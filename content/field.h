@@ -52,9 +52,9 @@ struct FieldSlots {
 };
 
 // A view on the record of one field. The record owns the note that shows the value and the lines of
-// the borders, and links to the field's definition inside the private copy that its block keeps; the
-// lines of the value are attributes "VALUE0", "VALUE1", ... of the record. Whoever hands out a field
-// tells it where the base point of its block or row is.
+// the borders, and links to the field's definition inside the private copy that its block keeps;
+// the lines of the value are attributes "VALUE0", "VALUE1", ... of the record. Whoever hands out a
+// field tells it where the base point of its block or row is.
 class QELFMT_API TrFieldBase : public LumUg::UDO, public FieldSlots {
 public:
     using Value = std::vector<std::string>; // a line each

@@ -62,8 +62,8 @@ bool same(const Point3 &a, const Point3 &b)
 }
 
 // The two ends move one after the other, and the platform refuses a line of no length in between. A
-// line that stays on its height moves its end first; where that order would meet the other end, which
-// happens when a box moves by its own height, the other order is taken.
+// line that stays on its height moves its end first; where that order would meet the other end,
+// which happens when a box moves by its own height, the other order is taken.
 void moveLine(UgLine &line, const Segment &to)
 {
     const Point3 start = line.getStartPoint();

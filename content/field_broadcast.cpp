@@ -70,7 +70,8 @@ bool TrFieldBase::getSyncAllDrawings() const
     return GetDefinition().GetSyncAllDrawings() != 0;
 }
 
-// Fields of rows share one name: the number of the row, from 0 in the order shown, tells them apart.
+// Fields of rows share one name: the number of the row, from 0 in the order shown, tells them
+// apart.
 std::string TrFieldBase::broadcastTitle() const
 {
     const LumUg::Record def(GetDefinition());
@@ -101,8 +102,8 @@ void TrFieldBase::broadcast(const Value &lines)
     }
 }
 
-// Lines that a shorter value no longer has are taken back only as far as the stored count goes, which
-// is that of the new value: what other programs read is not tidied up.
+// Lines that a shorter value no longer has are taken back only as far as the stored count goes,
+// which is that of the new value: what other programs read is not tidied up.
 void TrFieldBase::BroadcastValue(UgAttributableObject *target, const Value &lines)
 {
     const LumUg::Record def(GetDefinition());
@@ -142,8 +143,8 @@ TrFieldBase::Value TrFieldBase::GetBroadcastValue(UgAttributableObject *target) 
     return value;
 }
 
-// A value that goes to the drawing by type 0 is never sent again; any other type but the part's goes to
-// the current drawing.
+// A value that goes to the drawing by type 0 is never sent again; any other type but the part's
+// goes to the current drawing.
 void TrFieldBase::RebroadcastValue()
 {
     const LumUg::Record def(GetDefinition());

@@ -59,8 +59,8 @@ Value readLines(const UgAttributableObject &source, const std::string &title, bo
     return value;
 }
 
-// The attribute is named by the first default string; without one the settings count, and where they
-// say nothing the definition's other name.
+// The attribute is named by the first default string; without one the settings count, and where
+// they say nothing the definition's other name.
 std::string attributeTitle(const LumUg::Record &def, const Value &registryLines)
 {
     const Value names = def.get(Def::kDefaultString);

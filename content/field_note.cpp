@@ -1,9 +1,9 @@
 // The note that shows a field's value.
 #include "content/field.h"
 #include "content/new_object.h"
+#include "content/note_style.h"
 #include "content/note_text.h"
 #include "content/recompute_guard.h"
-#include "content/symbol_text.h"
 #include "definitions/block_def.h"
 #include "definitions/field_def.h"
 #include "drawing/block.h"
@@ -15,9 +15,7 @@
 #include "uf_drf.h"
 #include "uf_obj.h"
 #include "uf_trns.h"
-#include "uf_ugfont.h"
 #include "ug_exception.hxx"
-#include "ug_part.hxx"
 #include "ug_session.hxx"
 
 #include <stdexcept>
@@ -25,96 +23,6 @@
 namespace {
 
 using Def = TrFieldDefV1;
-
-// --- how the text looks -------------------------------------------------------------------------
-
-constexpr int kNoFont = 0;
-
-// Font numbers are those of one part: the definition's font is looked up by its name.
-int fontIndex(const std::string &name)
-{
-    if (name.empty()) return kNoFont;
-    tag_t table = NULL_TAG;
-    UgException::throwOnFailure(
-        UF_OBJ_cycle_objs_in_part(UgSession::getWorkPart()->getTag(), UF_font_table_type, &table));
-    int index = kNoFont;
-    std::string font = name; // the platform asks for a text that it may write to
-    UgException::throwOnFailure(UF_UGFONT_add_font(table, &index, font.data()));
-    return index;
-}
-
-// What lettering preferences and the preferences of a note have in common. A site or a font that the
-// definition does not name leaves the present one.
-struct NoteStyle {
-    int site, justification, font, width, color;
-    double angle, lineSpace;
-
-    explicit NoteStyle(const LumUg::Record &def)
-        : site(def.get(Def::kTextSite)), justification(def.get(Def::kTextJustification)),
-          font(fontIndex(def.get(Def::kTextFontName))), width(def.get(Def::kTextWidthType)),
-          color(def.get(Def::kTextColor)), angle(def.get(Def::kTextAngle)),
-          lineSpace(def.get(Def::kLineSpace))
-    {}
-    bool hasSite() const { return site >= 1 && site <= 9; }
-};
-
-// The lettering preferences of the session, set for one note.
-class LetteringForNote {
-public:
-    explicit LetteringForNote(const NoteStyle &style)
-    {
-        UgException::throwOnFailure(UF_DRF_ask_lettering_preferences(&m_saved));
-        UF_DRF_lettering_preferences_t working = m_saved;
-        if (style.hasSite()) working.align_position = style.site;
-        working.horiz_text_just = style.justification;
-        working.angle = style.angle;
-        working.general_text.line_space_factor = style.lineSpace;
-        if (style.font != kNoFont) working.general_text.cfw.font = style.font;
-        working.general_text.cfw.width = style.width;
-        working.general_text.cfw.color = style.color;
-        UgException::throwOnFailure(UF_DRF_set_lettering_preferences(&working));
-    }
-    // The way out through an exception; restore() is the good one, and tells when it fails.
-    ~LetteringForNote()
-    {
-        if (m_changed) UF_DRF_set_lettering_preferences(&m_saved);
-    }
-    LetteringForNote(LetteringForNote &&) = delete; // neither copied nor moved: one owner
-
-    void restore()
-    {
-        UgException::throwOnFailure(UF_DRF_set_lettering_preferences(&m_saved));
-        m_changed = false;
-    }
-
-private:
-    UF_DRF_lettering_preferences_t m_saved{};
-    bool m_changed = true;
-};
-
-// --- long values ----------------------------------------------------------------------------------
-
-// A size or aspect for values longer than so many characters.
-struct Alternative {
-    int longerThan;
-    double value;
-
-    bool exists() const { return longerThan > 0 && value != 0.0; }
-    bool applies(std::size_t length) const
-    {
-        return exists() && length > static_cast<std::size_t>(longerThan);
-    }
-};
-
-Alternative altSize(const LumUg::Record &def)
-{
-    return {def.get(Def::kAltTextSizeNumChars), def.get(Def::kAltTextSize)};
-}
-
-Alternative altAspect(const LumUg::Record &def)
-{
-    return {def.get(Def::kAltTextAspectNumChars), def.get(Def::kAltTextAspect)};
-}
 
 bool isEmptyValue(const TrFieldBase::Value &lines)
 {
@@ -171,7 +79,7 @@ UgDisplayableObject *TrFieldBase::CreateUgNote(const Value &lines)
     QELFMT_INFO << "Number of lines = " << lines.size();
 
     const QelFmt::WritingField writing(tag());
-    LetteringForNote lettering{NoteStyle(def)};
+    QelFmt::LetteringForNote lettering{QelFmt::NoteStyle(def)};
     locate();
     const tag_t note = createNote(lines, GetX(), GetY());
     QelFmt::NewObject fresh(note);
@@ -203,15 +111,15 @@ void TrFieldBase::setNotePrefs()
     const TrFieldDefV1 definition = GetDefinition();
     if (!note || definition.IsNull()) return;
     const LumUg::Record def(definition);
-    const NoteStyle style(def);
-    const Alternative size = altSize(def), aspect = altAspect(def);
+    const QelFmt::NoteStyle style(def);
+    const QelFmt::Alternative size = QelFmt::altSize(def), aspect = QelFmt::altAspect(def);
     const bool alternatives = size.exists() || aspect.exists();
     const std::size_t length = alternatives ? QelFmt::charactersIn(GetValue().front()) : 0;
 
     QelFmt::AnnotationPreferences prefs(note->getTag());
     if (style.hasSite()) prefs.ints[UF_DRF_MPI_align_site] = style.site;
     prefs.ints[UF_DRF_MPI_text_justification] = style.justification;
-    if (style.font != kNoFont) prefs.ints[UF_DRF_MPI_text_font] = style.font;
+    if (style.hasFont()) prefs.ints[UF_DRF_MPI_text_font] = style.font;
     prefs.ints[UF_DRF_MPI_text_width] = style.width;
     prefs.ints[UF_DRF_MPI_text_color] = style.color;
     prefs.reals[UF_DRF_MPR_text_angle] = style.angle;
@@ -274,7 +182,7 @@ void TrFieldBase::UpdateNote(const Value &lines)
         QELFMT_INFO << "Modifying field " << def.get(Def::kId) << "'s note";
         rewriteNote(lines);
         // The size may depend on how long the value is.
-        if (altSize(def).exists() || altAspect(def).exists()) refreshNotePrefs();
+        if (QelFmt::altSize(def).exists() || QelFmt::altAspect(def).exists()) refreshNotePrefs();
     } else {
         QELFMT_INFO << "Did not find note - CreateNote()";
         CreateNote(lines);

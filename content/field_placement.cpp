@@ -19,9 +19,9 @@ namespace {
 
 using Def = TrFieldDefV1;
 
-// The reference point of the text within its box, from where the definition places the box. The sites
-// are a grid of three by three, row by row from the top left. A box without a width has no margins,
-// not even above and below. The height is asked for only where it counts.
+// The reference point of the text within its box, from where the definition places the box. The
+// sites are a grid of three by three, row by row from the top left. A box without a width has no
+// margins, not even above and below. The height is asked for only where it counts.
 Point2 siteInBox(const LumUg::Record &def, const std::function<double()> &height)
 {
     double x = def.get(Def::kLocationX);
@@ -99,8 +99,8 @@ void TrFieldBase::locate()
     Move();
 }
 
-// A field whose default is not only its initial value is computed anew on every move, but not before
-// it has had its first value.
+// A field whose default is not only its initial value is computed anew on every move, but not
+// before it has had its first value.
 void TrFieldBase::Move()
 {
     if (const UgDisplayableObject *note = GetNote()) {

@@ -70,8 +70,8 @@ void TrFieldBase::InitValues()
     SetToDefaultValue();
 }
 
-// A change that fails leaves the old value: in the attributes and, as far as it can be, on the sheet.
-// What was broadcast by then stays: it is shared with other programs.
+// A change that fails leaves the old value: in the attributes and, as far as it can be, on the
+// sheet. What was broadcast by then stays: it is shared with other programs.
 void TrFieldV1::ModifyValue(const Value &newValue)
 {
     CreateUDO();
@@ -103,8 +103,8 @@ void TrFieldV1::changeValue(const Value &lines)
     UpdateNote(shown);
 }
 
-// Attributes are written for as many lines as the value had before: the note is what holds the value,
-// and other programs rely on which attributes there are.
+// Attributes are written for as many lines as the value had before: the note is what holds the
+// value, and other programs rely on which attributes there are.
 void TrFieldV1::storeLines(const Value &lines)
 {
     UgUDO &record = *GetUdoObject();

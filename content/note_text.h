@@ -24,8 +24,8 @@ private:
     UF_DRF_draft_aid_text_info_t *m_info = nullptr;
 };
 
-// Replaces the text of a note or an ID symbol. The platform takes rows of 132 bytes: a longer line is
-// cut, never inside a character.
+// Replaces the text of a note or an ID symbol. The platform takes rows of 132 bytes: a longer line
+// is cut, never inside a character.
 void replaceText(tag_t annotation, const std::vector<std::string> &lines);
 
 // The object preferences of an annotation, read, changed and written back as a whole.

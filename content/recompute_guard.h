@@ -1,6 +1,6 @@
 // A field whose default is not only its initial value computes it anew on every move. While it is
-// being written, which moves it too, it must not: that would never end. The marks are the process's,
-// since any number of wrappers view one record.
+// being written, which moves it too, it must not: that would never end. The marks are the
+// process's, since any number of wrappers view one record.
 #pragma once
 
 #include "uf_defs.h"

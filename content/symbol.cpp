@@ -1,8 +1,8 @@
 #include "content/symbol.h"
 
 #include "content/new_object.h"
+#include "content/note_style.h"
 #include "content/note_text.h"
-#include "content/symbol_text.h"
 #include "drawing/drawing.h"
 #include "drawing/sheet_view.h"
 #include "foundation/application.h"
@@ -116,7 +116,8 @@ void SymbolBase::deleteSymbolGeometry()
     }
 }
 
-// The longest line as it is seen decides; two lines need more room than one. The fraction is dropped.
+// The longest line as it is seen decides; two lines need more room than one. The fraction is
+// dropped.
 int SymbolBase::calculateSymbolSize() const
 {
     const UgDisplayableObject *symbol = GetSymbolObject();

@@ -1,13 +1,10 @@
 // References to attributes in the text of symbols, as older drawings have them.
-#include "content/symbol_text.h"
-
 #include "content/symbol.h"
 #include "foundation/log.h"
 
 #include "ug_part.hxx"
 #include "ug_session.hxx"
 
-#include <algorithm>
 #include <cstdio>
 #include <optional>
 #include <vector>
@@ -22,8 +19,9 @@ struct Reference {
     std::string title;
 };
 
-// The scan formats end in a letter that a text which matched so far never has: what counts is how many
-// values were read, not that the whole format was met. A line that only begins like a reference is one.
+// The scan formats end in a letter that a text which matched so far never has: what counts is how
+// many values were read, not that the whole format was met. A line that only begins like a
+// reference is one.
 std::optional<std::string> titleInPart(const char *line, std::vector<char> &title)
 {
     if (std::sscanf(line, "<W@%[^>]s>", title.data()) == 1) return title.data();
@@ -74,13 +72,6 @@ std::string evaluated(const std::string &line)
 }
 
 } // namespace
-
-std::size_t charactersIn(const std::string &utf8)
-{
-    return static_cast<std::size_t>(std::count_if(utf8.begin(), utf8.end(), [](char byte) {
-        return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
-    }));
-}
 
 std::vector<std::string> evaluateSymbolText(const std::vector<std::string> &lines)
 {

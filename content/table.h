@@ -78,7 +78,8 @@ public:
     boost::shared_ptr<TrEntryBase> AppendEntry(); // placed and filled, then announced
     void MoveEntryUp(int index);
     void MoveEntryDown(int index);
-    // The row at `from` gets the place `to`, in one pass. False, and nothing moved, without such rows.
+    // The row at `from` gets the place `to`, in one pass. False, and nothing moved, without such
+    // rows.
     bool moveEntry(std::size_t from, std::size_t to);
     void HidePreviousEntries(int count); // the first ones
     // After a value of the row has changed: when its height is no longer the one given, its borders

@@ -15,8 +15,8 @@ using QelFmt::RowMemo;
 
 namespace {
 
-// 0 grows downwards, whatever the definition's own listing calls it: drawings in the field are stacked
-// so.
+// 0 grows downwards, whatever the definition's own listing calls it: drawings in the field are
+// stacked so.
 int directionOf(const TrTableDefV1 &def)
 {
     return LumUg::Record(def).get(TrTableDefV1::kDirection) == 0 ? -1 : 1;

@@ -13,8 +13,8 @@
 
 namespace {
 
-// Writing past the end of a record's array fills the gap with 0, 1, 2, ...: definitions are written from
-// the first slot on.
+// Writing past the end of a record's array fills the gap with 0, 1, 2, ...: definitions are written
+// from the first slot on.
 void zeroSlots(LumUg::UDO &record, unsigned ints, unsigned doubles, unsigned strings)
 {
     for (unsigned i = 0; i < ints; ++i) record.SetInt(i, 0);

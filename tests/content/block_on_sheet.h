@@ -1,5 +1,5 @@
-// One block on one sheet, made from definitions that the test describes: the ground on which fields,
-// tables and rows stand.
+// One block on one sheet, made from definitions that the test describes: the ground on which
+// fields, tables and rows stand.
 #pragma once
 
 #include "content/entry.h"

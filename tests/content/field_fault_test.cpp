@@ -55,8 +55,8 @@ std::vector<Call> callsOf(const Action &prepare, const Action &action)
     return calls;
 }
 
-// Whatever call fails: the preferences are as before, nothing is left that nobody owns, and the field
-// has its old value or, when the failure did not matter, the new one.
+// Whatever call fails: the preferences are as before, nothing is left that nobody owns, and the
+// field has its old value or, when the failure did not matter, the new one.
 void expectSafe(const Action &prepare, const Action &action, const Lines &before,
                 const Lines &after)
 {

@@ -124,7 +124,8 @@ private:
             break;
         }
     }
-    // A hidden row is placed when the table is, not when a row before it grows: it stays out of sight.
+    // A hidden row is placed when the table is, not when a row before it grows: it stays out of
+    // sight.
     void compare()
     {
         const auto rows = table()->getEntries();

@@ -1,5 +1,5 @@
-// Rows of a table: appended, stacked, moved, hidden, taken away. The block is placed at (100, 50), the
-// table at (5, 7) in it: its origin is (105, 57).
+// Rows of a table: appended, stacked, moved, hidden, taken away. The block is placed at (100, 50),
+// the table at (5, 7) in it: its origin is (105, 57).
 #include "tests/content/block_on_sheet.h"
 
 #include "udo/class_names.h"
@@ -84,8 +84,8 @@ TEST_F(TableRows, StackDownwardsByTheirHeightsForDirectionZero)
     append("B", {"two", "lines"}); // 10.75
     append("C");                   // 5.5: the revision letter
     append("D");
-    // Texts stand 1 above the base point of their row (site 7), whose y is 57 less the heights above:
-    // 57, 51.5, 40.75, 35.25. X: 105 + 20, no margin.
+    // Texts stand 1 above the base point of their row (site 7), whose y is 57 less the heights
+    // above: 57, 51.5, 40.75, 35.25. X: 105 + 20, no margin.
     EXPECT_EQ(textPlaces(), (std::vector<At>{{125, 58}, {125, 52.5}, {125, 41.75}, {125, 36.25}}));
     EXPECT_EQ(noteAt(*table()->entry(1)->field("TEXT")), (At{125, 52.5}));
     saveAndReopen();

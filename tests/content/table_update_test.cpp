@@ -1,5 +1,5 @@
-// Tables against a new definition, and tables and rows of the older generations. The block is placed at
-// (100, 50), the table at its point.
+// Tables against a new definition, and tables and rows of the older generations. The block is
+// placed at (100, 50), the table at its point.
 #include "tests/content/legacy_records.h"
 
 #include "udo/class_names.h"
