@@ -49,17 +49,22 @@ double excess(double text, double cell, double margin, bool centred)
 
 } // namespace
 
-std::optional<Misfit> misfitOf(const TrFieldBase &field)
+std::optional<Misfit> misfitOf(const TrFieldBase &field, CellHeight height)
 {
     const UgDisplayableObject *note = field.GetNote();
     const TrFieldDefV1 def = field.GetDefinition();
     if (!note || def.IsNull()) return {};
     const Extent text = extentOf(note->getTag());
     const int site = def.GetTextSite();
-    Misfit found{def.GetWidth(), def.GetHeight(), text.width, text.height, 0.0, 0.0};
-    found.tooWide = excess(text.width, def.GetWidth(), def.GetMarginWidth(), site % 3 == 2);
+    Misfit found{def.GetWidth(),
+                 height == CellHeight::fixed ? def.GetHeight() : 0.0,
+                 text.width,
+                 text.height,
+                 0.0,
+                 0.0};
+    found.tooWide = excess(text.width, found.cellWidth, def.GetMarginWidth(), site % 3 == 2);
     found.tooHigh =
-        excess(text.height, def.GetHeight(), def.GetMarginHeight(), site >= 4 && site <= 6);
+        excess(text.height, found.cellHeight, def.GetMarginHeight(), site >= 4 && site <= 6);
     if (found.tooWide == 0.0 && found.tooHigh == 0.0) return {};
     return found;
 }
@@ -70,9 +75,14 @@ std::string describe(const Misfit &misfit)
     if (misfit.tooWide > 0.0) over = fmt::format("{:.2f} too wide", misfit.tooWide);
     if (misfit.tooHigh > 0.0)
         over += fmt::format("{}{:.2f} too high", over.empty() ? "" : " and ", misfit.tooHigh);
-    return fmt::format("the text is {} for its cell of {:g} x {:g}: shorten it, or give the cell "
-                       "more room in the definition",
-                       over, misfit.cellWidth, misfit.cellHeight);
+    const std::string cell =
+        misfit.cellHeight > 0.0
+            ? fmt::format(" of {:g} x {:g}", misfit.cellWidth, misfit.cellHeight)
+            : fmt::format(", {:g} wide", misfit.cellWidth);
+    return fmt::format(
+        "the text is {} for its cell{}: shorten it, or give the cell more room in the "
+        "definition",
+        over, cell);
 }
 
 Json toJson(const Misfit &misfit)

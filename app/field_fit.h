@@ -17,8 +17,10 @@ struct Misfit {
     double tooWide = 0.0, tooHigh = 0.0; // what sticks out beyond the cell's lines
 };
 
+enum class CellHeight { fixed, grows }; // rows of tables grow with their text
+
 // Empty when the text fits, and for a field without a note or without a cell.
-std::optional<Misfit> misfitOf(const TrFieldBase &field);
+std::optional<Misfit> misfitOf(const TrFieldBase &field, CellHeight height = CellHeight::fixed);
 // "the text is 12.3 too wide for its cell of 60 x 9"
 std::string describe(const Misfit &misfit);
 Json toJson(const Misfit &misfit);

@@ -139,7 +139,7 @@ std::optional<Misfit> TableRows::set(int row, const std::string &field, const Li
                  placeOf(row, field));
     const auto entry = m_table->entry(static_cast<std::size_t>(row));
     const auto record = entry ? entry->field(field) : nullptr;
-    return record ? misfitOf(*record) : std::nullopt;
+    return record ? misfitOf(*record, CellHeight::grows) : std::nullopt;
 }
 
 int TableRows::append() const
