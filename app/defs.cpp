@@ -98,6 +98,7 @@ void addDefinitionVerbs(Command command)
         command.chosen = [&options = command.options] { return list(options); };
     });
     addDefinitionTextVerbs(family, command);
+    addDefinitionCheckVerbs(family, command);
 }
 
 } // namespace app

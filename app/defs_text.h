@@ -13,5 +13,6 @@ namespace app {
 authoring::RecordFile readDefinitionPart(Workspace &work, const std::string &path);
 
 void addDefinitionTextVerbs(CLI::App *family, Command command);
+void addDefinitionCheckVerbs(CLI::App *family, Command command);
 
 } // namespace app

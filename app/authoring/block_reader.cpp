@@ -48,6 +48,8 @@ private:
         if (const auto size = m_mapping.numbers("size", 2, 2)) {
             m_result.width = (*size)[0];
             m_result.height = (*size)[1];
+            m_result.block.width = m_result.width;
+            m_result.block.height = m_result.height;
         }
     }
 
@@ -98,6 +100,8 @@ private:
             if (cell.label) labels.push_back(*cell.label);
             m_result.block.fields.push_back(std::move(cell.field));
         }
+        for (const Box &box : boxes)
+            m_result.block.boxes.push_back({box.x, box.y, box.width, box.height});
         Art &art = m_result.block.art;
         if (drawn) drawCellLines(art, m_result.width, m_result.height, boxes, outline, inner);
         art.insert(art.end(), labels.begin(), labels.end());

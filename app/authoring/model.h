@@ -72,9 +72,15 @@ struct BlockLocation {
     std::string formatId;
     std::vector<SizeLocation> sizes;
 };
+struct BlockBox {
+    double x, y, width, height;
+};
 struct Block {
     std::string id;
-    SlotValues slots; // without the pattern name: it follows from the art
+    double width = 0.0; // as the text says; what is stored knows no size
+    double height = 0.0;
+    std::vector<BlockBox> boxes; // of its cells
+    SlotValues slots;            // without the pattern name: it follows from the art
     Art art;
     std::vector<BlockLocation> locations;
     std::vector<Field> fields;
