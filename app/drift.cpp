@@ -19,6 +19,8 @@
 #include "drawing/pattern.h"
 
 #include "uf_draw.h"
+#include "ug_displayable.hxx"
+#include "ug_line.hxx"
 
 #include <fmt/format.h>
 
@@ -131,6 +133,25 @@ Names patternNames(const LumUg::UDO &owner)
     for (const UgTypedObject *pattern : owner.GetOwnedObjects(ZemPattern::kObjectType))
         names.push_back(pattern->getName());
     return names;
+}
+
+void compareLayer(const UgDisplayableObject &object, int layer, const std::string &where,
+                  const char *what, Differences &found)
+{
+    if (object.getLayer() != layer)
+        found.push_back({where, what, std::to_string(object.getLayer()), std::to_string(layer)});
+}
+
+// The library draws on the layers of the definition and leaves there what is drawn already.
+void compareLayers(TrBlockBase &block, const TrBlockDefV1 &def, Differences &found)
+{
+    for (const auto &field : block.getFields()) {
+        const std::string where = "field " + field->GetFieldDefName();
+        if (const UgDisplayableObject *note = field->GetNote())
+            compareLayer(*note, def.GetTextLayer(), where, "layer of the note", found);
+        for (const UgLine *line : field->GetBorders())
+            compareLayer(*line, def.GetPatternLayer(), where, "layer of a border", found);
+    }
 }
 
 void comparePattern(const LumUg::UDO &owner, const std::string &name, Differences &found)
@@ -259,6 +280,7 @@ BlockDrift driftOf(TrBlockBase &block)
     checkFields(block.getFields(), stored->GetFieldDefinitions(), "", drift);
     checkTables(block, *stored, drift);
     comparePattern(block, disk->GetPatternName(), drift.placed);
+    compareLayers(block, *stored, drift.placed);
     return drift;
 }
 

@@ -1,0 +1,299 @@
+// A sheet that was brought up to date is the sheet that would be placed today with the same values,
+// whatever somebody did to the definitions.
+#include "app/update.h"
+#include "tests/drawing/stage.h"
+#include "tests/scenarios/update_world.h"
+
+#include "content/entry.h"
+
+#include "nxhost/authoring.h"
+#include "uf_curve.h"
+#include "uf_draw.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+#include <map>
+#include <regex>
+#include <sstream>
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+// --- a sheet as text -----------------------------------------------------------------------------------
+
+// Numbers to a millionth: the same place reached by two ways.
+std::string rounded(const std::string &line)
+{
+    static const std::regex number(R"(-?\d+\.\d+(e-?\d+)?|-?\d+e-\d+)");
+    std::string result;
+    auto at = line.begin();
+    for (std::sregex_iterator one(line.begin(), line.end(), number), end; one != end; ++one) {
+        result.append(at, line.begin() + one->position());
+        char text[40];
+        std::snprintf(text, sizeof text, "%.5f", std::stod(one->str()) + 0.0);
+        std::string shown = text;
+        while (shown.ends_with('0')) shown.pop_back();
+        if (shown.ends_with('.')) shown.pop_back();
+        result += shown == "-0" ? "0" : shown;
+        at = line.begin() + one->position() + one->length();
+    }
+    return result.append(at, line.end());
+}
+
+// What can be seen, in no order. The carrier of shared values is left out, since what it holds is
+// never withdrawn, and so are notes that have no lines any more: they show nothing.
+std::string visible(tag_t sheet)
+{
+    std::vector<std::string> objects;
+    std::istringstream lines(nxhost::listSheet(sheet));
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with("    "))
+            objects.back() += "\n" + rounded(line);
+        else
+            objects.push_back(rounded(line));
+    }
+    std::string result;
+    objects.front().erase(0, objects.front().rfind('"') + 1); // the sheet, without its name
+    std::sort(objects.begin(), objects.end());
+    for (const std::string &object : objects) {
+        const bool emptyNote =
+            object.starts_with("note") && object.find("\n    text ") == std::string::npos;
+        if (!object.starts_with("point") && !emptyNote) result += object + "\n";
+    }
+    return result;
+}
+
+// The way to a field: block, table and row (both empty for the block's own), field.
+struct Path {
+    std::string block, table;
+    int row = 0;
+    std::string field;
+    auto operator<=>(const Path &) const = default;
+    friend std::ostream &operator<<(std::ostream &out, const Path &path)
+    {
+        return out << path.block << '/' << path.table << '/' << path.row << '/' << path.field;
+    }
+};
+using Values = std::vector<std::pair<Path, Lines>>; // in stored order
+
+class UpdateProperty : public testing::Test {
+protected:
+    void run(int edits, unsigned seed)
+    {
+        DefinitionWorld world(seed);
+        for (int done = 0; done < edits && !HasFailure(); done += 20) {
+            SCOPED_TRACE("history from edit " + std::to_string(done));
+            world.reset();
+            history(world, std::min(20, edits - done));
+        }
+    }
+
+private:
+    // One sheet through many definitions.
+    void history(DefinitionWorld &world, int edits)
+    {
+        Story story;
+        m_story = &story;
+        m_art.clear();
+        const tag_t sheet = story.newSheet();
+        load(world);
+        place(world, sheet);
+        for (int i = 0; i < edits && !HasFailure(); ++i) {
+            SCOPED_TRACE("edit " + std::to_string(i));
+            type(world, sheet);
+            step(world, sheet);
+        }
+        Catalog::unload();
+    }
+
+    void step(DefinitionWorld &world, tag_t sheet)
+    {
+        const Values before = valuesOn(sheet);
+        const bool miswire = world.upTo(4) == 0;
+        world.tame = miswire;
+        std::string edited = world.edit();
+        for (int more = world.upTo(3); more > 0; --more) edited += ", " + world.edit();
+        SCOPED_TRACE(edited + (miswire ? ", after the library's own update" : ""));
+        load(world);
+        if (miswire) TrDrawing::getDrawing(sheet)->updateFormat();
+        const auto report = app::updateSheet(sheet, "the sheet");
+        EXPECT_EQ(app::nameOf(app::driftOf(sheet).state), "current");
+
+        const Values now = valuesOn(sheet);
+        const tag_t fresh = freshSheet(world, sheet, before);
+        EXPECT_EQ(nxhost::difference(visible(fresh), visible(sheet)), "");
+        EXPECT_EQ(now, valuesOn(fresh));
+        m_story->open(sheet);
+        UgException::throwOnFailure(UF_DRAW_delete_drawing(fresh));
+    }
+
+    // --- definitions and their art ------------------------------------------------------------------
+    void load(const DefinitionWorld &world)
+    {
+        for (const auto &[name, length] : world.allArt()) {
+            if (m_art[name] == length) continue;
+            drawArt(name, length);
+            m_art[name] = length;
+        }
+        world.catalog().load(*m_story);
+    }
+    void drawArt(const std::string &name, int length) const
+    {
+        const tag_t work = UF_ASSEM_ask_work_part();
+        const std::string path = m_story->patternsFolder() + "/" + name + ".prt";
+        boost::filesystem::remove(path);
+        tag_t part = NULL_TAG, line_tag = NULL_TAG;
+        UgException::throwOnFailure(UF_PART_new(path.c_str(), UF_PART_METRIC, &part));
+        UF_CURVE_line_t line{{0, 0, 0}, {double(length), 0, 0}};
+        UgException::throwOnFailure(UF_CURVE_create_line(&line, &line_tag));
+        nxhost::setPatternDataSaved(part, true);
+        UgException::throwOnFailure(UF_PART_save());
+        UgException::throwOnFailure(UF_PART_close(part, 0, 1));
+        UgException::throwOnFailure(UF_PART_set_display_part(work));
+        UgException::throwOnFailure(UF_ASSEM_set_work_part(work));
+    }
+
+    // --- sheets ---------------------------------------------------------------------------------------
+    static boost::shared_ptr<TrFormatBase> formatOn(tag_t sheet)
+    {
+        return TrDrawing::getDrawing(sheet)->format();
+    }
+    static void addFormat(tag_t sheet, const std::string &size)
+    {
+        const auto def = TrDefinitionFileManager::GetFormatDefinition("ISO");
+        TrDrawing::getDrawing(sheet)->addFormat(def, def->GetSizeDef(size));
+    }
+    void place(DefinitionWorld &world, tag_t sheet)
+    {
+        addFormat(sheet, world.pick<const char *>({"A3", "A2"}));
+        formatOn(sheet)->addBlock("REV");
+        const auto notes = formatOn(sheet)->addBlock("NOTES");
+        if (world.upTo(2)) {
+            const double point[] = {double(50 + world.upTo(100)), double(50 + world.upTo(100))};
+            notes->locateBlock(point);
+        }
+    }
+    // Some values, and now and then a row; some of them hidden.
+    void type(DefinitionWorld &world, tag_t sheet)
+    {
+        for (const auto &block : formatOn(sheet)->getBlocks()) {
+            for (const auto &table : block->getTables())
+                if (table->entryCount() < 3 && world.upTo(2)) table->AppendEntry();
+            for (const auto &field : block->getFields()) typeInto(world, *field);
+            for (const auto &table : block->getTables())
+                for (const auto &row : table->getEntries())
+                    for (const auto &field : row->getFields()) typeInto(world, *field);
+        }
+        settle(sheet);
+    }
+    static void typeInto(DefinitionWorld &world, TrFieldBase &field)
+    {
+        static int count = 0;
+        const std::string text = "V" + std::to_string(++count);
+        switch (world.upTo(6)) {
+        case 0:
+            field.ModifyValue({text});
+            break;
+        case 1:
+            field.ModifyValue({text, "", text + " again"});
+            break;
+        case 2:
+            if (world.upTo(4) == 0) field.ModifyValue({""});
+            break;
+        default:
+            break;
+        }
+    }
+
+    // The sheet that somebody places today and fills in with the old values, field by field.
+    tag_t freshSheet(const DefinitionWorld &world, tag_t like, const Values &values) const
+    {
+        const auto old = formatOn(like);
+        const tag_t sheet = m_story->addSheet("FRESH", 100, 100);
+        addFormat(sheet, old->GetSizeName());
+        for (const auto &block : old->getBlocks()) {
+            const std::string id = block->GetBlockDefName();
+            const auto fresh = id == "TITLE" ? find(sheet, id) : formatOn(sheet)->addBlock(id);
+            if (block->GetAlternateLocationIndex() < 0) {
+                const double point[] = {block->GetX(), block->GetY()};
+                fresh->locateBlock(point);
+            }
+        }
+        for (const auto &[path, lines] : values) {
+            if (!world.isTyped(path.block, path.table, path.field)) {
+                if (!path.table.empty()) rowOf(sheet, path);
+                continue;
+            }
+            const auto field = fieldAt(sheet, path);
+            if (field) field->ModifyValue(lines);
+        }
+        settle(sheet);
+        return sheet;
+    }
+    // Text that is centred in its cell is centred when it is placed, not when it is typed.
+    static void settle(tag_t sheet)
+    {
+        for (const auto &block : formatOn(sheet)->getBlocks()) {
+            for (const auto &table : block->getTables()) table->locate();
+            for (const auto &field : block->getFields()) {
+                field->locate();
+                field->fitBorders();
+            }
+        }
+    }
+    static boost::shared_ptr<TrBlockBase> find(tag_t sheet, const std::string &id)
+    {
+        for (const auto &block : formatOn(sheet)->getBlocks())
+            if (block->GetBlockDefName() == id) return block;
+        return {};
+    }
+    // The rows up to that one are appended as they are asked for; empty without such a table.
+    static boost::shared_ptr<TrEntryBase> rowOf(tag_t sheet, const Path &path)
+    {
+        const auto table = find(sheet, path.block)->getTable(path.table);
+        if (!table) return {};
+        while (static_cast<int>(table->entryCount()) <= path.row) table->AppendEntry();
+        return table->entry(static_cast<std::size_t>(path.row));
+    }
+    static boost::shared_ptr<TrFieldBase> fieldAt(tag_t sheet, const Path &path)
+    {
+        if (!path.table.empty()) {
+            const auto row = rowOf(sheet, path);
+            return row ? row->field(path.field) : nullptr;
+        }
+        for (const auto &field : find(sheet, path.block)->getFields())
+            if (field->GetFieldDefName() == path.field) return field;
+        return {};
+    }
+    static Values valuesOn(tag_t sheet)
+    {
+        Values values;
+        for (const auto &block : formatOn(sheet)->getBlocks()) {
+            const std::string id = block->GetBlockDefName();
+            for (const auto &field : block->getFields())
+                values.push_back({{id, "", 0, field->GetFieldDefName()}, field->GetValue()});
+            for (const auto &table : block->getTables()) {
+                int row = 0;
+                for (const auto &entry : table->getEntries()) {
+                    for (const auto &field : entry->getFields())
+                        values.push_back(
+                            {{id, table->GetTableDefName(), row, field->GetFieldDefName()},
+                             field->GetValue()});
+                    ++row;
+                }
+            }
+        }
+        return values;
+    }
+
+    Story *m_story = nullptr;
+    std::map<std::string, int> m_art; // as drawn
+};
+
+} // namespace
+
+TEST_F(UpdateProperty, TwoHundredEdits) { run(200, 1); }
+
+TEST_F(UpdateProperty, TenThousandEditsSoak) { run(static_cast<int>(10000 * soakShare()), 2); }
