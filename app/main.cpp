@@ -68,6 +68,7 @@ int main(int argc, char **argv)
     app::addRenderVerb(command);
     app::addInfoVerb(command);
     app::addDefinitionVerbs(command);
+    app::addInitVerb(command);
     try {
         parser.parse(argc, argv);
     } catch (const CLI::ParseError &error) {

@@ -29,5 +29,6 @@ void addSymbolVerbs(Command command);
 void addRenderVerb(Command command);
 void addInfoVerb(Command command);
 void addDefinitionVerbs(Command command);
+void addInitVerb(Command command);
 
 } // namespace app

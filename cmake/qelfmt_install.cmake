@@ -84,10 +84,13 @@ if(TARGET qelfmt_app)
 
     # The library looks for definitions in share/qelfmt beside it, in the build tree as when installed.
     file(GLOB definitions CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/formats/*.yaml")
-    file(GLOB_RECURSE art CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/formats/*.svg")
+    file(GLOB_RECURSE art CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/formats/*.svg"
+         "${CMAKE_SOURCE_DIR}/formats/example-site/*")
     add_custom_command(OUTPUT "${QELFMT_SHARE}/definitions.stamp"
         COMMAND ${CMAKE_COMMAND} -E rm -rf "${QELFMT_SHARE}/qelfmt"
         COMMAND qelfmt_app --quiet defs build ${definitions} -o "${QELFMT_SHARE}/qelfmt"
+        COMMAND ${CMAKE_COMMAND} -E copy_directory "${CMAKE_SOURCE_DIR}/formats/example-site"
+                "${QELFMT_SHARE}/qelfmt/formats/example-site"
         COMMAND ${CMAKE_COMMAND} -E touch "${QELFMT_SHARE}/definitions.stamp"
         DEPENDS qelfmt_app ${definitions} ${art} VERBATIM COMMENT "Shipped definitions")
     add_custom_target(shipped_definitions ALL DEPENDS "${QELFMT_SHARE}/definitions.stamp")
