@@ -232,8 +232,13 @@ private:
         settle(sheet);
         return sheet;
     }
-    // Text that is centred in its cell is centred when it is placed, not when it is typed.
+    // Text that is centred in its cell is centred when it is placed, not when it is typed; and what is
+    // computed as it is placed, when it is placed again.
     static void settle(tag_t sheet)
+    {
+        for (int pass = 0; pass < 2; ++pass) settleOnce(sheet);
+    }
+    static void settleOnce(tag_t sheet)
     {
         for (const auto &block : formatOn(sheet)->getBlocks()) {
             for (const auto &table : block->getTables()) table->locate();
