@@ -36,15 +36,28 @@ Borders policiesOf(const TrFieldDefV1 &def)
 
 int flagOf(int policy) { return policy == 1 || policy == 4 ? 1 : 0; }
 
+// The note was indented by the definition that bears the field's name, also when the field shows that of
+// another one by now.
+int indentationOf(const TrFieldBase &field)
+{
+    const TrFieldDefV1 linked = field.GetDefinition();
+    if (linked.IsNull()) return 0;
+    const std::string name = field.GetFieldDefName();
+    if (linked.GetId() != name)
+        if (const auto block = field.GetBlock())
+            if (const auto own = block->GetDefinition()->GetFieldDefinition(name); !own.IsNull())
+                return own.GetIndentation();
+    return linked.GetIndentation();
+}
+
 // What stands for something else, the date of a part or a symbol, stays that: the lines as they were
-// typed, without the blanks that the note was indented by.
+// typed, without the blanks that the note was indented by. Nothing but blanks is taken away.
 TrFieldBase::Value typedInto(const TrFieldBase &field)
 {
     TrFieldBase::Value lines = field.GetNoteValue();
     if (lines.empty()) return field.GetValue();
-    const TrFieldDefV1 def = field.GetDefinition();
-    const int blanks = def.IsNull() ? 0 : def.GetIndentation();
-    if (blanks > 0) lines.front().erase(0, static_cast<std::size_t>(blanks));
+    int blanks = indentationOf(field);
+    while (blanks-- > 0 && lines.front().starts_with(' ')) lines.front().erase(0, 1);
     return lines;
 }
 
