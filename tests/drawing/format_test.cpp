@@ -5,6 +5,7 @@
 #include "udo/class_names.h"
 
 #include "uf_drf.h"
+#include "uf_udobj.h"
 
 #include <algorithm>
 
@@ -368,13 +369,26 @@ TEST_F(FormatTest, RemovingABlockNamesItAndLeavesTheViewUnbound)
     EXPECT_TRUE(infoLines([&] { format()->removeBlock(notes); }).empty()); // nothing more to do
 }
 
-TEST_F(FormatTest, ARecordOfAnotherProgramAmongTheBlocksIsPassedOver)
+TEST_F(FormatTest, RecordsThatAreNoBlocksArePassedOverAlsoThoseOfOtherPrograms)
 {
+    static const UF_UDOBJ_class_t theirClass = [] {
+        UF_UDOBJ_class_t id = 0;
+        UgException::throwOnFailure(UF_UDOBJ_create_class("THEIR_CLASS", "Theirs", &id));
+        return id;
+    }();
     addFormat();
-    TrFieldDefV1 foreign; // any record that is no block
-    foreign.SetId("FOREIGN");
-    LumUg::UDO(*format()).SetLink(LumUg::kChildLink, 2, foreign.GetUdoObject());
+    TrFieldDefV1 definition; // one of the library's own
+    definition.SetId("FOREIGN");
+    tag_t theirs = NULL_TAG;
+    UgException::throwOnFailure(UF_UDOBJ_create_udo(theirClass, &theirs));
+    for (const tag_t child : {definition.tag(), theirs}) {
+        UF_UDOBJ_link_t link{2, child, 0};
+        UgException::throwOnFailure(UF_UDOBJ_add_links(format()->tag(), 1, &link));
+    }
     EXPECT_EQ(blockNames(), Names{"TITLE"});
+    EXPECT_EQ(format()->getDefinition()->GetId(), "ISO");
+    resize("A2");
+    EXPECT_EQ(blockAt("TITLE"), (At{404, 10}));
 }
 
 TEST_F(FormatTest, TheFormatMakesBlocksOfItsGeneration)
