@@ -111,7 +111,8 @@ private:
     void step(DefinitionWorld &world, tag_t sheet)
     {
         const Values before = valuesOn(sheet);
-        const bool miswire = world.upTo(4) == 0;
+        // A field that was given a computed one's definition has lost its value before we come.
+        const bool miswire = world.upTo(3) == 0 && !world.computesValues();
         world.tame = miswire;
         std::string edited = world.edit();
         for (int more = world.upTo(3); more > 0; --more) edited += ", " + world.edit();

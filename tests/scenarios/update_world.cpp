@@ -103,6 +103,15 @@ bool DefinitionWorld::isTyped(const std::string &blockId, const std::string &tab
     return false;
 }
 
+bool DefinitionWorld::computesValues() const
+{
+    return std::any_of(m_blocks.begin(), m_blocks.end(), [](const BlockModel &block) {
+        return std::any_of(block.fields.begin(), block.fields.end(), [](const FieldModel &field) {
+            return field.desc.useDefaultInitially == 0;
+        });
+    });
+}
+
 // --- edits ------------------------------------------------------------------------------------------
 
 std::string DefinitionWorld::edit()

@@ -49,6 +49,8 @@ public:
     bool isTyped(const std::string &block, const std::string &table,
                  const std::string &field) const; // keeps what somebody typed
 
+    bool computesValues() const; // some field does, whenever it is placed
+
     int upTo(int n) { return std::uniform_int_distribution<int>(0, n - 1)(m_random); }
     template <class T> T &oneOf(std::vector<T> &list)
     {
