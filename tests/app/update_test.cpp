@@ -30,7 +30,8 @@ protected:
     {
         const Outcome checked = qelfmt("--json format check a.qdraw -s " + sheet + " --defs site");
         const auto result = nlohmann::json::parse(checked.out, nullptr, false);
-        return result.is_array() && !result.empty() ? result[0]["state"] : checked.err;
+        return result.is_array() && !result.empty() ? result[0]["state"].get<std::string>()
+                                                    : checked.err;
     }
 };
 
