@@ -43,7 +43,10 @@ void RowMemo::forget(tag_t table)
 {
     const auto found = memos().byTable.find(table);
     if (found == memos().byTable.end()) return;
-    for (const tag_t entry : found->second->m_entries) memos().tableOf.erase(entry);
+    for (const tag_t entry : found->second->m_entries) {
+        const auto owner = memos().tableOf.find(entry); // it may be another table's by now
+        if (owner != memos().tableOf.end() && owner->second == table) memos().tableOf.erase(owner);
+    }
     memos().byTable.erase(found);
 }
 
