@@ -9,8 +9,8 @@ extern "C" {
 #endif
 
 /* General error codes. Every non-zero code that a call returns has a text in UF_get_fail_message. */
-#define UF_err_program_not_initialized                                                             \
-    1105003 /* the interface is not initialised or not available */
+/* The interface is not initialised or not available. */
+#define UF_err_program_not_initialized 1105003
 #define UF_err_bad_parameter_number_1 1105011
 #define UF_err_bad_parameter_number_2 1105012
 #define UF_err_bad_parameter_number_3 1105013
