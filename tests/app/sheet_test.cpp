@@ -23,7 +23,8 @@ protected:
 
 TEST_F(Drawing, SheetBIsFilledThoughTheDrawingWasSavedWithSheetAOpen)
 {
-    ASSERT_EQ(qelfmt("field set a.qdraw TITLE.title First -s A --defs site").status, 0); // A is current now
+    ASSERT_EQ(qelfmt("field set a.qdraw TITLE.title First -s A --defs site").status,
+              0); // A is current now
     ASSERT_EQ(qelfmt("field set a.qdraw TITLE.date 2024-05-01 -s B --defs site").status, 0);
     EXPECT_EQ(get("date", "B"), "2024-05-01\n");
     EXPECT_EQ(get("date", "A"), "\n"); // a value shared with its own sheet alone
@@ -78,7 +79,8 @@ TEST_F(Drawing, AnUnnamedSheetOfSeveralIsAskedFor)
     const Outcome asked = qelfmt("field list a.qdraw --defs site");
     EXPECT_EQ(asked.status, 3);
     EXPECT_NE(asked.err.find("A, B"), std::string::npos);
-    EXPECT_NE(qelfmt("field list a.qdraw -s C --defs site").err.find("no sheet C"), std::string::npos);
+    EXPECT_NE(qelfmt("field list a.qdraw -s C --defs site").err.find("no sheet C"),
+              std::string::npos);
 }
 
 TEST_F(Drawing, FilesThatAreNoDrawingsAreRefusedByName)

@@ -14,7 +14,8 @@ protected:
 
 TEST_F(Stamp, EveryTypedValueIsReadBackInANewProcess)
 {
-    write("values.json", R"({"title": "Pump shaft", "number": 4711, "supplement": ["42CrMo4", "± 0.01"]})");
+    write("values.json",
+          R"({"title": "Pump shaft", "number": 4711, "supplement": ["42CrMo4", "± 0.01"]})");
     ASSERT_EQ(qelfmt("stamp ISO/A3 --defs site --data values.json -o a.qdraw").status, 0);
     const auto values = json("field list a.qdraw --defs site")["TITLE"];
     EXPECT_EQ(values["title"], "Pump shaft");
@@ -38,7 +39,8 @@ TEST_F(Stamp, TheTitleBlockStandsInTheFramesLowerRightCorner)
     for (const auto &row : rows) {
         SCOPED_TRACE(row.size);
         const std::string file = std::string(row.size) + ".qdraw";
-        ASSERT_EQ(qelfmt("stamp ISO/" + std::string(row.size) + " --defs site -o " + file).status, 0);
+        ASSERT_EQ(qelfmt("stamp ISO/" + std::string(row.size) + " --defs site -o " + file).status,
+                  0);
         const auto sheet = json("info --defs site " + file)["sheets"][0];
         EXPECT_EQ(sheet["width"], row.width);
         EXPECT_EQ(sheet["height"], row.height);
@@ -81,7 +83,8 @@ TEST_F(Stamp, UnknownNamesAreAllReportedAndNothingIsSaved)
 
 TEST_F(Stamp, UnknownFormatsAndSizesAreNamed)
 {
-    EXPECT_NE(qelfmt("stamp DIN/A3 --defs site -o a.pdf").err.find("no format DIN"), std::string::npos);
+    EXPECT_NE(qelfmt("stamp DIN/A3 --defs site -o a.pdf").err.find("no format DIN"),
+              std::string::npos);
     const Outcome size = qelfmt("stamp ISO/A7 --defs site -o a.pdf");
     EXPECT_EQ(size.status, 3);
     EXPECT_NE(size.err.find("A0, A1, A2, A3, A4, A4P"), std::string::npos);
