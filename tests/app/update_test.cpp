@@ -14,14 +14,14 @@ protected:
         ASSERT_EQ(qelfmt("sheet add a.qdraw B --format ISO/A4 --defs site").status, 0);
         ASSERT_EQ(qelfmt("field set a.qdraw TITLE.title Casing -s A --defs site").status, 0);
     }
-    // Another description of the format, straight in the definitions' text.
+    // Another layer for the texts of every block, straight in the definitions' text.
     void editDefinitions() const
     {
         ASSERT_EQ(qelfmt("defs dump site/format_defs/iso.prt -o iso.yaml").status, 0);
         std::string text = read("iso.yaml");
         const std::string key = "text_layer: ";
         for (std::size_t at = 0; (at = text.find(key, at)) != std::string::npos; at += key.size())
-            text.insert(at + key.size(), "1");
+            text.replace(at + key.size(), text.find('\n', at) - at - key.size(), "55");
         write("iso.yaml", text);
         const Outcome built = qelfmt("defs build iso.yaml -o site --quiet");
         ASSERT_EQ(built.status, 0) << built.err;
