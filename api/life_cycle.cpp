@@ -7,21 +7,32 @@
 
 #include "uf.h"
 
+#include <vector>
+
 namespace {
 
 constexpr const char *kApplicationName = "tr_format";
 
+// Every application object that lives. The framework points at the newest alone: after a second
+// initialise the first one stays here, the process's own until it ends.
+std::vector<QelFmt::Application *> &applications()
+{
+    static auto *living = new std::vector<QelFmt::Application *>;
+    return *living;
+}
+
 void initialize(bool load_definitions)
 {
-    // Reachable through the framework's application pointer until terminate destroys it.
-    new QelFmt::Application(kApplicationName);
+    applications().push_back(new QelFmt::Application(kApplicationName));
     if (load_definitions) TrDefinitionFileManager::LoadDefinitionFiles();
 }
 
 void terminate()
 {
     TrDefinitionFileManager::UnloadDefinitionFiles();
-    delete dynamic_cast<QelFmt::Application *>(Lum::App::app());
+    auto *application = dynamic_cast<QelFmt::Application *>(Lum::App::app());
+    std::erase(applications(), application);
+    delete application;
 }
 
 } // namespace
