@@ -32,7 +32,7 @@ void twentyFields(benchmark::State &state)
     const int sheets = static_cast<int>(state.range(1));
     Scene scene([&](TrBlockDefV1 &title) {
         for (int field = 0; field < kFields; ++field) {
-            TrFieldDefV1 def = benchField(nameOf(field), 20.0 * field);
+            TrFieldDefV1 def = makeTextField(nameOf(field), 20.0 * field);
             if (shared) {
                 def.SetBroadcastString("SHARED" + std::to_string(field));
                 def.SetSyncAllDrawings(1);

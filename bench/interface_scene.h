@@ -4,6 +4,7 @@
 #include "api/trv_fmt.h"
 #include "tests/support/definitions.h"
 #include "tests/support/story.h"
+#include "tests/support/text_field.h"
 
 #include <chrono>
 #include <cstdlib>
@@ -22,24 +23,6 @@ template <class Body> double secondsOf(Body &&body)
     const auto start = std::chrono::steady_clock::now();
     body();
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-// Text 2.5 high in a cell 20 wide.
-inline TrFieldDefV1 benchField(const std::string &id, double x)
-{
-    TrFieldDefV1 field = makeField(id);
-    field.SetUseDefaultInitially(1);
-    field.SetLocationX(x);
-    field.SetWidth(20.0);
-    field.SetMarginHeight(1.0);
-    field.SetMarginWidth(1.0);
-    field.SetTextSize(2.5);
-    field.SetTextAspect(1.0);
-    field.SetLineSpace(1.0);
-    field.SetTextSite(7);
-    field.SetTextJustification(1);
-    field.SetTextFontName("osifont");
-    return field;
 }
 
 // Format F in size A3 requires block TITLE, which `fill` furnishes.

@@ -26,8 +26,8 @@ void furnish(TrBlockDefV1 &title)
     table.SetLocationY(50.0);
     table.SetDirection(1);
     table.SetSymbolType(1);
-    table.AddFieldDefinition(benchField("NO", 0.0));
-    table.AddFieldDefinition(benchField("TEXT", 20.0));
+    table.AddFieldDefinition(makeTextField("NO", 0.0));
+    table.AddFieldDefinition(makeTextField("TEXT", 20.0));
     title.AddTableDefinition(table);
 }
 

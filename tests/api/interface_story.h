@@ -4,6 +4,7 @@
 #include "api/trv_fmt.h"
 #include "tests/support/definitions.h"
 #include "tests/support/story.h"
+#include "tests/support/text_field.h"
 
 #include <gtest/gtest.h>
 
@@ -53,39 +54,6 @@ protected:
         QEL_FMT_set_add_block_cb(nullptr);
         QEL_FMT_set_append_entry_cb(nullptr);
         TRV_FMT_terminate();
-    }
-
-    // Every slot stored as 0 or empty: what a single write past the end puts before it would count.
-    static TrFieldDefV1 blankField(const std::string &id)
-    {
-        TrFieldDefV1 field = makeField(id);
-        LumUg::Record record(field);
-        const auto blank = [&](const auto &slot) {
-            using Slot = std::remove_cvref_t<decltype(slot)>;
-            if constexpr (std::is_same_v<Slot, LumUg::IntSlot>) record.put(slot, 0);
-            if constexpr (std::is_same_v<Slot, LumUg::DoubleSlot>) record.put(slot, 0.0);
-        };
-        std::apply([&](const auto &...slot) { (blank(slot), ...); }, TrFieldDefV1::kLayout);
-        record.write(field);
-        return field;
-    }
-
-    // Height 5, text 2.5 high at the left bottom of a box 20 wide: text box 2.5, margins 1.
-    static TrFieldDefV1 makeTextField(const std::string &id, double x)
-    {
-        TrFieldDefV1 field = blankField(id);
-        field.SetUseDefaultInitially(1);
-        field.SetLocationX(x);
-        field.SetWidth(20.0);
-        field.SetMarginHeight(1.0);
-        field.SetMarginWidth(1.0);
-        field.SetTextSize(2.5);
-        field.SetTextAspect(1.0);
-        field.SetLineSpace(1.0);
-        field.SetTextSite(7);
-        field.SetTextJustification(1);
-        field.SetTextFontName("osifont");
-        return field;
     }
 
     void addFormat()
