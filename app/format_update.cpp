@@ -5,6 +5,7 @@
 #include "app/problem.h"
 #include "app/sheet_command.h"
 #include "app/update.h"
+#include "app/update_report.h"
 
 #include "uf_draw.h"
 #include "ug_exception.hxx"
@@ -123,28 +124,6 @@ int check(const Options &options, const SheetTarget &target)
 }
 
 // --- update -----------------------------------------------------------------------------------------
-
-Json toJson(const SheetRef &sheet, const UpdateReport &report)
-{
-    Json result{{"sheet", sheet.name},
-                {"state", nameOf(report.before.state)},
-                {"format", report.before.format},
-                {"size", report.before.size},
-                {"formatChanged", report.formatChanged},
-                {"blocks", Json::array()},
-                {"addedBlocks", report.addedBlocks},
-                {"values", Json::array()}};
-    for (const BlockUpdate &block : report.blocks)
-        result["blocks"].push_back(
-            Json{{"id", block.id}, {"update", nameOf(block.method)}, {"reasons", block.reasons}});
-    for (const ValueChange &value : report.values)
-        result["values"].push_back(Json{{"block", value.block},
-                                        {"field", value.field},
-                                        {"change", nameOf(value.kind)},
-                                        {"before", value.before},
-                                        {"after", value.after}});
-    return result;
-}
 
 void print(const std::string &place, const UpdateReport &report)
 {

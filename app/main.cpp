@@ -3,6 +3,7 @@
 #include "app/output.h"
 #include "app/problem.h"
 #include "app/verbs.h"
+#include "app/version.h"
 
 #include "ug_exception.hxx"
 
@@ -49,7 +50,7 @@ int main(int argc, char **argv)
 {
     CLI::App parser("Drawing formats on CAD drawing sheets", "qelfmt");
     parser.require_subcommand(1);
-    parser.set_version_flag("--version", "qelfmt 1.0.0");
+    parser.set_version_flag("--version", std::string("qelfmt ") + app::kVersion);
     parser.footer("Exit status: 0 fine, 1 findings, 2 usage, 3 input.");
     app::Options options;
     addOptions(parser, options);
@@ -69,6 +70,10 @@ int main(int argc, char **argv)
     app::addInfoVerb(command);
     app::addDefinitionVerbs(command);
     app::addInitVerb(command);
+    app::addReportVerb(command);
+    app::addCheckVerb(command);
+    app::addUpdateVerb(command);
+    app::addUndoVerb(command);
     try {
         parser.parse(argc, argv);
     } catch (const CLI::ParseError &error) {

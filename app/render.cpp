@@ -1,9 +1,9 @@
 // render: sheets as pictures.
+#include "app/fleet/render_many.h"
 #include "app/output.h"
+#include "app/picture.h"
 #include "app/verbs.h"
 #include "app/workspace.h"
-
-#include "display/render.h"
 
 #include <fmt/format.h>
 
@@ -17,10 +17,11 @@ namespace {
 namespace fs = std::filesystem;
 
 struct RenderArguments {
-    std::string path;
-    std::string output;
+    fleet::RenderManyArguments many; // what both forms have
     std::string sheet;
-    host::display::RenderOptions options;
+    bool pdf = false;
+    bool svg = false;
+    bool png = false;
 };
 
 void noteSubstitutions(const Options &options, const host::display::RenderResult &result)
@@ -31,49 +32,58 @@ void noteSubstitutions(const Options &options, const host::display::RenderResult
                                : fmt::format("{} drawn with {}", one.characters, one.font));
 }
 
-// One picture holds one sheet: those of several are told apart by the sheet's name.
-std::string pictureOf(const std::string &output, const SheetRef &sheet, bool several)
+int renderOne(const Options &options, const RenderArguments &arguments)
 {
-    if (!several) return output;
-    const fs::path path(output);
-    return (path.parent_path() /
-            fmt::format("{}-{}{}", path.stem().string(), sheet.name, path.extension().string()))
-        .string();
+    const auto &many = arguments.many;
+    const std::string &path = many.paths.paths.front();
+    const std::string output =
+        many.output.empty() ? fs::path(path).replace_extension(".pdf").string() : many.output;
+    if (!isPicture(output)) throw Problem(output + ": write .pdf, .svg or .png", kUsage);
+
+    Workspace work(options, false);
+    work.open(path);
+    std::vector<SheetRef> sheets = work.sheets();
+    if (!arguments.sheet.empty() || sheets.empty()) sheets = {work.openSheet(arguments.sheet)};
+    const std::vector<std::string> names = pictureNames(sheets, output);
+    if (!options.dryRun && names.size() == 1)
+        noteSubstitutions(options, drawSheets(sheets, output, many.options));
+    for (std::size_t i = 0; !options.dryRun && names.size() > 1 && i < names.size(); ++i)
+        noteSubstitutions(options, drawSheets({sheets[i]}, names[i], many.options));
+    if (options.json) {
+        printJson(Json(names));
+        return kFine;
+    }
+    for (const std::string &name : names) printLine(name);
+    return kFine;
+}
+
+// One drawing whose picture is named, or is to lie beside it.
+bool isSingle(const RenderArguments &arguments)
+{
+    const auto &many = arguments.many;
+    const bool kindGiven = arguments.pdf || arguments.svg || arguments.png;
+    return many.paths.paths.size() == 1 && many.paths.filesFrom.empty() && !many.merge &&
+           !kindGiven && !fs::is_directory(many.paths.paths.front()) &&
+           !fs::is_directory(many.output);
 }
 
 int render(const Options &options, const RenderArguments &arguments)
 {
-    const std::string output = arguments.output.empty()
-                                   ? fs::path(arguments.path).replace_extension(".pdf").string()
-                                   : arguments.output;
-    const std::string extension = fs::path(output).extension().string();
-    if (extension != ".pdf" && extension != ".svg" && extension != ".png")
-        throw Problem(output + ": write .pdf, .svg or .png", kUsage);
-
-    Workspace work(options, false);
-    work.open(arguments.path);
-    std::vector<SheetRef> sheets = work.sheets();
-    if (!arguments.sheet.empty() || sheets.empty()) sheets = {work.openSheet(arguments.sheet)};
-    std::vector<std::string> written;
-    if (extension == ".pdf") {
-        std::vector<tag_t> tags;
-        for (const SheetRef &sheet : sheets) tags.push_back(sheet.tag);
-        noteSubstitutions(options, host::display::writePdf(tags, output, arguments.options));
-        written.push_back(output);
-    } else {
-        for (const SheetRef &sheet : sheets) {
-            written.push_back(pictureOf(output, sheet, sheets.size() > 1));
-            const auto write =
-                extension == ".svg" ? host::display::writeSvg : host::display::writePng;
-            noteSubstitutions(options, write(sheet.tag, written.back(), arguments.options));
-        }
-    }
-    if (options.json) {
-        printJson(Json(written));
-        return kFine;
-    }
-    for (const std::string &path : written) printLine(path);
-    return kFine;
+    if (isSingle(arguments)) return renderOne(options, arguments);
+    fleet::RenderManyArguments many = arguments.many;
+    if (!arguments.sheet.empty())
+        throw Problem("render: --sheet is for one drawing, not for many", kUsage);
+    if (many.output.empty())
+        throw Problem("render: say with -o which folder the pictures go to", kUsage);
+    const int kinds = arguments.pdf + arguments.svg + arguments.png;
+    if (kinds > 1) throw Problem("render: give one of --pdf, --svg, --png", kUsage);
+    many.ending = arguments.svg ? ".svg" : arguments.png ? ".png" : ".pdf";
+    if (many.merge && (many.ending != ".pdf" || fs::path(many.output).extension() != ".pdf"))
+        throw Problem(many.output + ": --merge writes one PDF: name it OUT.pdf", kUsage);
+    if (!many.merge && isPicture(many.output))
+        throw Problem(many.output + ": several drawings need a folder, or --merge for one PDF",
+                      kUsage);
+    return fleet::renderMany(options, many);
 }
 
 } // namespace
@@ -81,13 +91,21 @@ int render(const Options &options, const RenderArguments &arguments)
 void addRenderVerb(Command command)
 {
     auto arguments = std::make_shared<RenderArguments>();
+    auto &many = arguments->many;
     CLI::App *verb = command.parser.add_subcommand("render", "Draw the sheets: PDF, SVG or PNG");
-    verb->add_option("part", arguments->path, "The drawing")->required();
-    verb->add_option("-o,--output", arguments->output,
-                     "OUT.pdf (a page a sheet), OUT.svg or OUT.png; default: the drawing's name");
+    fleet::addPathOptions(verb, many.paths);
+    verb->add_option(
+        "-o,--output", many.output,
+        "OUT.pdf (a page a sheet), OUT.svg or OUT.png; default: the drawing's name. Of "
+        "many drawings a folder");
     verb->add_option("-s,--sheet", arguments->sheet, "One sheet only");
-    verb->add_option("--dpi", arguments->options.pngDpi, "Resolution of a PNG");
-    verb->add_flag("--monochrome", arguments->options.monochrome, "Everything black");
+    verb->add_flag("--pdf", arguments->pdf, "Many drawings as PDF (the default)");
+    verb->add_flag("--svg", arguments->svg, "Many drawings as SVG");
+    verb->add_flag("--png", arguments->png, "Many drawings as PNG");
+    verb->add_flag("--merge", many.merge, "One PDF of all of them");
+    verb->add_option("--dpi", many.options.pngDpi, "Resolution of a PNG");
+    verb->add_flag("--monochrome", many.options.monochrome, "Everything black");
+    fleet::addRunOptions(verb, many.run);
     verb->callback([=] {
         command.chosen = [=, &options = command.options] { return render(options, *arguments); };
     });

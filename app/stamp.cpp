@@ -1,11 +1,13 @@
-// stamp: a sheet with its format and its values, straight to a picture or into a drawing.
+// stamp: a sheet with its format and its values, straight to a picture or into a drawing; or one for
+// each record of a data file.
 #include "app/fill.h"
+#include "app/fleet/records.h"
+#include "app/fleet/stamp_rows.h"
 #include "app/formats.h"
 #include "app/output.h"
+#include "app/picture.h"
 #include "app/verbs.h"
 #include "app/workspace.h"
-
-#include "display/render.h"
 
 #include <fmt/format.h>
 #include <unistd.h>
@@ -20,11 +22,8 @@ namespace {
 namespace fs = std::filesystem;
 
 struct StampArguments {
-    std::string format;
-    std::string data;
+    fleet::StampRowsArguments rows; // what both forms have
     std::string record;
-    std::string output;
-    std::string sheet;
     bool add = false;
 };
 
@@ -34,48 +33,67 @@ std::string transientPart()
     return (fs::temp_directory_path() / fmt::format("qelfmt-{}.qdraw", getpid())).string();
 }
 
-void renderSheet(const SheetRef &sheet, const std::string &path)
+// The sheet to fill in, in a part that is opened or made for it.
+SheetRef prepare(Workspace &work, const StampArguments &arguments)
 {
-    const std::string extension = fs::path(path).extension().string();
-    if (extension == ".svg")
-        host::display::writeSvg(sheet.tag, path);
-    else if (extension == ".png")
-        host::display::writePng(sheet.tag, path);
+    const auto &rows = arguments.rows;
+    const bool drawing = !isPicture(rows.output);
+    if (!rows.templatePath.empty()) {
+        work.open(rows.templatePath);
+        return work.openSheet(rows.sheet);
+    }
+    const FormatName format = parseFormatName(rows.format);
+    const bool exists = drawing && fs::exists(rows.output);
+    if (exists && arguments.add)
+        work.open(rows.output);
     else
-        host::display::writePdf({sheet.tag}, path);
+        work.create(drawing && !exists ? rows.output : transientPart(), unitsOf(format));
+    const SheetRef sheet = work.addSheet(
+        rows.sheet.empty() ? fmt::format("SHEET{}", work.sheets().size() + 1) : rows.sheet);
+    placeFormat(work, sheet, format);
+    return sheet;
+}
+
+int stampOne(const Options &options, const StampArguments &arguments)
+{
+    const auto &rows = arguments.rows;
+    const bool drawing = !isPicture(rows.output);
+    if (drawing && fs::exists(rows.output) && !arguments.add && !rows.overwrite)
+        throw Problem(rows.output + ": exists already: give --add to add a sheet to it");
+
+    Workspace work(options, rows.templatePath.empty());
+    const SheetRef sheet = prepare(work, arguments);
+    if (!rows.data.empty()) {
+        const auto report = fillIn(work, sheet, readData(rows.data, arguments.record));
+        printMisfits(options, placeOf(work, sheet), report.misfits);
+    }
+    if (options.dryRun) return kFine;
+    if (!drawing)
+        drawSheets({sheet}, rows.output);
+    else if (work.path() == rows.output)
+        work.save();
+    else
+        work.saveAs(rows.output, rows.overwrite);
+    printNote(options, fmt::format("{}: {} as {}", rows.output, sheet.name,
+                                   rows.format.empty() ? rows.templatePath : rows.format));
+    return kFine;
 }
 
 int stamp(const Options &options, const StampArguments &arguments)
 {
-    const std::string extension = fs::path(arguments.output).extension().string();
-    const bool drawing = extension == ".qdraw";
-    if (!drawing && extension != ".pdf" && extension != ".svg" && extension != ".png")
-        throw Problem(arguments.output + ": write .qdraw, .pdf, .svg or .png", kUsage);
-    if (drawing && fs::exists(arguments.output) && !arguments.add)
-        throw Problem(arguments.output + ": exists already: give --add to add a sheet to it");
-
-    Workspace work(options);
-    const FormatName format = parseFormatName(arguments.format);
-    if (drawing && fs::exists(arguments.output))
-        work.open(arguments.output);
-    else
-        work.create(drawing ? arguments.output : transientPart(), unitsOf(format));
-    const std::string name = arguments.sheet.empty()
-                                 ? fmt::format("SHEET{}", work.sheets().size() + 1)
-                                 : arguments.sheet;
-    const SheetRef sheet = work.addSheet(name);
-    placeFormat(work, sheet, format);
-    if (!arguments.data.empty()) {
-        const auto report = fillIn(work, sheet, readData(arguments.data, arguments.record));
-        printMisfits(options, placeOf(work, sheet), report.misfits);
-    }
-    if (options.dryRun) return kFine;
-    if (drawing)
-        work.save();
-    else
-        renderSheet(sheet, arguments.output);
-    printNote(options, fmt::format("{}: {} as {}", arguments.output, sheet.name, arguments.format));
-    return kFine;
+    const auto &rows = arguments.rows;
+    requirePictureOrDrawing(rows.output);
+    if (rows.format.empty() == rows.templatePath.empty())
+        throw Problem("stamp: give either a format, as in ISO/A3, or --template PART", kUsage);
+    if (!fleet::NamePattern::isPattern(rows.output)) return stampOne(options, arguments);
+    if (rows.data.empty())
+        throw Problem(rows.output + ": names a file a record: give the records with --data",
+                      kUsage);
+    if (arguments.add || !arguments.record.empty())
+        throw Problem("stamp: --add and --record are for one sheet; the name of the output makes "
+                      "one a record",
+                      kUsage);
+    return fleet::stampRows(options, rows);
 }
 
 } // namespace
@@ -83,14 +101,22 @@ int stamp(const Options &options, const StampArguments &arguments)
 void addStampVerb(Command command)
 {
     auto arguments = std::make_shared<StampArguments>();
+    auto &rows = arguments->rows;
     CLI::App *verb = command.parser.add_subcommand(
         "stamp", "Make a sheet with its format and values: a PDF, SVG, PNG or a drawing");
-    verb->add_option("format", arguments->format, "Format and size, as in ISO/A3")->required();
-    verb->add_option("-o,--output", arguments->output, "OUT.pdf, .svg, .png or .qdraw")->required();
-    verb->add_option("--data", arguments->data, "JSON or CSV file with field values");
+    verb->add_option("format,--format", rows.format, "Format and size, as in ISO/A3");
+    verb->add_option("--template", rows.templatePath, "A drawing to start from, not a format");
+    verb->add_option(
+            "-o,--output", rows.output,
+            "OUT.pdf, .svg, .png or .qdraw; with a field's name in braces a file a record, "
+            "as in out/{number}.pdf; {record} and {index} are its name and number")
+        ->required();
+    verb->add_option("--data", rows.data, "JSON or CSV file with field values");
     verb->add_option("--record", arguments->record, "Which member of the data file to take");
-    verb->add_option("--sheet", arguments->sheet, "Name of the sheet");
+    verb->add_option("-s,--sheet", rows.sheet, "Name of the sheet");
     verb->add_flag("--add", arguments->add, "Add the sheet to a drawing that exists");
+    verb->add_flag("--overwrite", rows.overwrite, "Drawings that exist are made anew");
+    fleet::addRunOptions(verb, rows.run);
     verb->callback([=] {
         command.chosen = [=, &options = command.options] { return stamp(options, *arguments); };
     });

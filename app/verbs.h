@@ -30,5 +30,9 @@ void addRenderVerb(Command command);
 void addInfoVerb(Command command);
 void addDefinitionVerbs(Command command);
 void addInitVerb(Command command);
+void addReportVerb(Command command);
+void addCheckVerb(Command command);
+void addUpdateVerb(Command command);
+void addUndoVerb(Command command);
 
 } // namespace app

@@ -19,6 +19,7 @@
 #include <fmt/format.h>
 #include <spdlog/sinks/stdout_color_sinks.h>
 #include <spdlog/spdlog.h>
+#include <unistd.h>
 
 #include <cstdlib>
 
@@ -98,10 +99,28 @@ void Workspace::save()
     if (const int code = UF_PART_save()) throw Problem::ofPart(m_path, code);
 }
 
-void Workspace::saveAs(const std::string &path)
+void Workspace::saveAs(const std::string &path, bool replace)
 {
-    if (const int code = UF_PART_save_as(path.c_str())) throw Problem::ofPart(path, code);
+    namespace fs = boost::filesystem;
+    const bool exists = replace && fs::exists(path);
+    const std::string first = exists ? fmt::format("{}.{}.qdraw", path, getpid()) : path;
+    if (const int code = UF_PART_save_as(first.c_str())) throw Problem::ofPart(path, code);
+    if (exists) {
+        boost::system::error_code error;
+        fs::rename(first, path, error);
+        if (error) {
+            fs::remove(first);
+            throw Problem(fmt::format("{}: cannot be replaced: {}", path, error.message()));
+        }
+    }
     m_path = path;
+}
+
+void Workspace::close()
+{
+    if (m_part != NULL_TAG) UF_PART_close(m_part, 0, 1);
+    m_part = NULL_TAG;
+    m_path.clear();
 }
 
 int Workspace::units() const

@@ -28,7 +28,9 @@ public:
     void open(const std::string &path);
     void create(const std::string &path, int units); // in memory until it is saved
     void save();
-    void saveAs(const std::string &path);
+    // With `replace` in the place of a file that is there, which is the old or the whole new one.
+    void saveAs(const std::string &path, bool replace = false);
+    void close(); // without saving; another part can be opened then
     tag_t part() const { return m_part; }
     int units() const; // 1 millimetres, 2 inches
     const std::string &path() const { return m_path; }

@@ -1,0 +1,109 @@
+#include "app/fleet/images.h"
+
+#include "app/problem.h"
+
+#include <fmt/format.h>
+#include <zlib.h>
+
+#define XXH_INLINE_ALL
+#include <xxhash.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace app::fleet {
+
+namespace {
+
+constexpr int kLevel = 1; // drawings shrink to a third already
+
+std::string packed(const std::string &bytes)
+{
+    uLongf size = compressBound(bytes.size());
+    std::string result(size, '\0');
+    compress2(reinterpret_cast<Bytef *>(result.data()), &size,
+              reinterpret_cast<const Bytef *>(bytes.data()), bytes.size(), kLevel);
+    result.resize(size);
+    return result;
+}
+
+std::string unpacked(const std::string &bytes, std::int64_t length, const std::string &path)
+{
+    std::string result(static_cast<std::size_t>(length), '\0');
+    uLongf size = result.size();
+    const int code = uncompress(reinterpret_cast<Bytef *>(result.data()), &size,
+                                reinterpret_cast<const Bytef *>(bytes.data()), bytes.size());
+    if (code != Z_OK || size != result.size())
+        throw Problem(path + ": its image in the journal is damaged: the drawing is left as it is");
+    return result;
+}
+
+} // namespace
+
+ContentSum sumOf(const std::string &bytes)
+{
+    const XXH128_hash_t hash = XXH3_128bits(bytes.data(), bytes.size());
+    return fmt::format("{:016x}{:016x}", hash.high64, hash.low64);
+}
+
+std::string readFile(const std::string &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    if (!file.is_open() || file.bad()) throw Problem(path + ": cannot be read");
+    return bytes;
+}
+
+std::string absolutePath(const std::string &path)
+{
+    return std::filesystem::absolute(path).lexically_normal().string();
+}
+
+Images::Images(const std::string &journal) : m_connection(journal)
+{
+    m_connection.run("PRAGMA synchronous=FULL;"
+                     "CREATE TABLE IF NOT EXISTS image(path TEXT PRIMARY KEY, length INT,"
+                     " before BLOB, before_sum TEXT, after_sum TEXT)");
+}
+
+void Images::keep(const std::string &path, const std::string &bytes)
+{
+    Statement(m_connection, "INSERT OR REPLACE INTO image VALUES(?,?,?,?,NULL)")
+        .bind(std::string_view(absolutePath(path)), static_cast<std::int64_t>(bytes.size()),
+              std::string_view(packed(bytes)), std::string_view(sumOf(bytes)))
+        .run();
+}
+
+void Images::changed(const std::string &path, const ContentSum &after)
+{
+    Statement(m_connection, "UPDATE image SET after_sum=? WHERE path=?")
+        .bind(std::string_view(after), std::string_view(absolutePath(path)))
+        .run();
+}
+
+std::optional<ContentSum> Images::begun(const std::string &path)
+{
+    Statement rows(m_connection, "SELECT before_sum FROM image WHERE path=? AND after_sum IS NULL");
+    const std::string absolute = absolutePath(path);
+    rows.bind(std::string_view(absolute));
+    if (!rows.step()) return {};
+    return rows.text(0);
+}
+
+void Images::each(const std::function<void(const Image &)> &take)
+{
+    Statement rows(m_connection,
+                   "SELECT path,length,before,before_sum,after_sum FROM image ORDER BY path");
+    while (rows.step()) {
+        const std::string path = rows.text(0);
+        take({path, unpacked(rows.text(2), rows.number(1), path), rows.text(3), rows.text(4)});
+    }
+}
+
+void Images::putBack(const std::string &path)
+{
+    Statement(m_connection, "DELETE FROM image WHERE path=?").bind(std::string_view(path)).run();
+}
+
+} // namespace app::fleet

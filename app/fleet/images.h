@@ -1,0 +1,45 @@
+// Drawings as they were before a command changed them, inside the command's journal: what undo puts back.
+#pragma once
+
+#include "app/fleet/statement.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace app::fleet {
+
+// Tells one content of a file from any other; not made to withstand forgery.
+using ContentSum = std::string;
+ContentSum sumOf(const std::string &bytes);
+std::string readFile(const std::string &path); // a Problem when it cannot be read
+
+struct Image {
+    std::string path; // absolute
+    std::string before;
+    ContentSum beforeSum;
+    ContentSum afterSum; // empty: the change was not completed, or its end was not recorded
+};
+
+// One a process: workers keep images in the same journal, one after the other.
+class Images {
+public:
+    explicit Images(const std::string &journal);
+
+    // What the drawing holds now, durable when this returns, before it is changed.
+    void keep(const std::string &path, const std::string &bytes);
+    void changed(const std::string &path, const ContentSum &after);
+    // Of a drawing whose change was begun and not recorded as done.
+    std::optional<ContentSum> begun(const std::string &path);
+
+    void each(const std::function<void(const Image &)> &take);
+    void putBack(const std::string &path); // recorded: undone once
+
+private:
+    Connection m_connection;
+};
+
+std::string absolutePath(const std::string &path);
+
+} // namespace app::fleet

@@ -1,0 +1,140 @@
+#include "app/fleet/render_many.h"
+
+#include "app/fleet/drawing_handler.h"
+#include "app/fleet/output_file.h"
+#include "app/output.h"
+#include "app/picture.h"
+#include "app/problem.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+
+namespace app::fleet {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<std::string> pathsOf(const std::vector<Found> &found)
+{
+    std::vector<std::string> paths;
+    for (const Found &one : found) paths.push_back(one.path);
+    return paths;
+}
+
+// By drawing. Two drawings must not end in one picture.
+std::map<std::string, std::string> outputsOf(const std::vector<Found> &found,
+                                             const RenderManyArguments &arguments)
+{
+    std::map<std::string, std::string> outputs, owners;
+    for (const Found &one : found) {
+        const fs::path output = fs::path(arguments.output) / one.name;
+        outputs[one.path] = fs::path(output).replace_extension(arguments.ending).string();
+        const auto [owner, fresh] = owners.emplace(outputs[one.path], one.path);
+        if (!fresh)
+            throw Problem(
+                fmt::format("{} and {} would both be drawn to {}: render their folders one "
+                            "by one, or name the folder above both",
+                            owner->second, one.path, owner->first));
+    }
+    return outputs;
+}
+
+void requireSheets(const Workspace &work, const std::vector<SheetRef> &sheets)
+{
+    if (sheets.empty())
+        throw Problem(work.path() + ": has no sheet: add one with 'qelfmt sheet add'");
+}
+
+std::string drawAll(Workspace &work, const std::string &output,
+                    const RenderManyArguments &arguments, bool dryRun)
+{
+    const std::vector<SheetRef> sheets = work.sheets();
+    requireSheets(work, sheets);
+    const std::vector<std::string> names = pictureNames(sheets, output);
+    if (dryRun) return Json(names).dump();
+    if (const fs::path folder = fs::path(output).parent_path(); !folder.empty())
+        fs::create_directories(folder);
+    if (names.size() == 1)
+        drawSheets(sheets, output, arguments.options);
+    else
+        for (std::size_t i = 0; i < names.size(); ++i)
+            drawSheets({sheets[i]}, names[i], arguments.options);
+    return Json(names).dump();
+}
+
+int merge(const Options &options, const RenderManyArguments &arguments,
+          const std::vector<Found> &found)
+{
+    Workspace work(options, false);
+    std::vector<host::display::DisplayList> pages;
+    RunEnd end;
+    for (const Found &one : found) {
+        try {
+            work.open(one.path);
+            const std::vector<SheetRef> sheets = work.sheets();
+            requireSheets(work, sheets);
+            for (const SheetRef &sheet : sheets) {
+                pages.push_back(host::display::displayList(sheet.tag));
+                pages.back().sheet = fs::path(one.name).stem().string() + ", " + sheet.name;
+            }
+        } catch (const std::exception &failure) {
+            ++end.failed;
+            fmt::print(stderr, "qelfmt: {}\n", failure.what());
+        }
+        work.close();
+    }
+    if (pages.empty()) throw Problem(arguments.output + ": no sheet to draw: nothing is written");
+    if (!options.dryRun) {
+        OutputFile file(arguments.output);
+        const std::string bytes = host::display::pdfOf(pages, arguments.options);
+        std::fwrite(bytes.data(), 1, bytes.size(), file.stream());
+        file.finish();
+    }
+    if (options.json)
+        printJson(Json::array({arguments.output}));
+    else
+        printLine(fmt::format("{}: {} pages", arguments.output, pages.size()));
+    return end.status();
+}
+
+} // namespace
+
+int renderMany(const Options &options, const RenderManyArguments &arguments)
+{
+    const std::vector<Found> found = find(arguments.paths);
+    if (found.empty()) {
+        printNote(options, "no drawings there (*.qdraw)");
+        return kFine;
+    }
+    if (arguments.merge) return merge(options, arguments, found);
+    const auto outputs = outputsOf(found, arguments);
+    Run run(options, arguments.run,
+            fmt::format("render {} {} -o {} {} {} {}", joined(arguments.paths.paths, " "),
+                        arguments.paths.filesFrom + arguments.paths.shard, arguments.output,
+                        arguments.ending, arguments.options.monochrome ? "--monochrome" : "",
+                        arguments.options.pngDpi),
+            pathsOf(found));
+    const RunEnd end = run.execute(
+        onDrawings(options, run.keys(), false, [&options, &arguments, &outputs](Workspace &work) {
+            return drawAll(work, outputs.at(work.path()), arguments, options.dryRun);
+        }));
+    Json written = Json::array();
+    std::size_t count = 0;
+    run.each([&](const ItemRow &item) {
+        if (item.state != ItemState::done) return;
+        ++count;
+        if (options.json)
+            for (const Json &name : Json::parse(item.text)) written.push_back(name);
+    });
+    if (options.json)
+        printJson(written);
+    else
+        printNote(options, fmt::format("{} of {} drawings drawn", count, found.size()));
+    return end.status();
+}
+
+} // namespace app::fleet

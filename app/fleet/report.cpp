@@ -1,0 +1,137 @@
+// report: which drawings carry which format in which state, with which values.
+#include "app/fleet/drawing_handler.h"
+#include "app/fleet/output_file.h"
+#include "app/fleet/paths.h"
+#include "app/fleet/report_output.h"
+#include "app/fleet/run.h"
+#include "app/output.h"
+#include "app/problem.h"
+#include "app/verbs.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <fstream>
+#include <map>
+#include <memory>
+
+namespace app {
+
+namespace {
+
+using namespace fleet;
+
+struct ReportArguments {
+    PathArguments paths;
+    RunArguments run;
+    std::vector<std::string> columns;
+    std::string form = "table";
+    std::string output;
+    bool merge = false;
+};
+
+const std::map<std::string, ReportForm> kForms{{"table", ReportForm::table},
+                                               {"csv", ReportForm::csv},
+                                               {"json", ReportForm::json},
+                                               {"records", ReportForm::records}};
+
+ReportForm formOf(const Options &options, const ReportArguments &arguments)
+{
+    if (options.json) return ReportForm::json;
+    if (arguments.form == "table" && !arguments.output.empty()) {
+        const std::size_t dot = arguments.output.rfind('.');
+        const std::string ending = dot == std::string::npos ? "" : arguments.output.substr(dot + 1);
+        if (ending == "csv" || ending == "json") return kForms.at(ending);
+        throw Problem(arguments.output + ": write .csv or .json, or give --as", kUsage);
+    }
+    return kForms.at(arguments.form);
+}
+
+void write(const Options &options, const ReportArguments &arguments, const RowSource &rows)
+{
+    const ReportForm form = formOf(options, arguments);
+    const Columns columns(arguments.columns);
+    if (arguments.output.empty()) return writeReport(form, columns, rows, stdout);
+    OutputFile file(arguments.output);
+    writeReport(form, columns, rows, file.stream());
+    file.finish();
+}
+
+// The rows of the JSON reports of several runs, by file and sheet.
+int merge(const Options &options, const ReportArguments &arguments)
+{
+    std::vector<Json> all;
+    for (const std::string &path : arguments.paths.paths) {
+        std::ifstream file(path, std::ios::binary);
+        const Json rows = Json::parse(file, nullptr, false);
+        const bool sound = rows.is_array() && std::all_of(rows.begin(), rows.end(), [](auto &row) {
+                               return row.is_object() && row.contains("file");
+                           });
+        if (!sound)
+            throw Problem(path + ": is no JSON report: --merge takes what 'qelfmt report --json' "
+                                 "wrote");
+        all.insert(all.end(), rows.begin(), rows.end());
+    }
+    std::stable_sort(all.begin(), all.end(), [](const Json &a, const Json &b) {
+        return fixedCell(a, "file") < fixedCell(b, "file");
+    });
+    write(options, arguments, [&](const auto &take) {
+        for (const Json &row : all) take(row);
+    });
+    const bool failed =
+        std::any_of(all.begin(), all.end(), [](const Json &row) { return row.contains("error"); });
+    return failed ? kInput : kFine;
+}
+
+Json failedRow(const ItemRow &item)
+{
+    return {{"file", item.key}, {"state", "failed"}, {"error", item.text}};
+}
+
+int report(const Options &options, const ReportArguments &arguments)
+{
+    formOf(options, arguments); // before hours of work
+    if (arguments.merge) return merge(options, arguments);
+    const Columns columns(arguments.columns);
+    Run run(options, arguments.run,
+            fmt::format("report {} {} --columns {} --defs {}", joined(arguments.paths.paths, " "),
+                        arguments.paths.filesFrom + arguments.paths.shard,
+                        joined(arguments.columns, ","), joined(options.definitions, ":")),
+            collect(arguments.paths));
+    const RunEnd end = run.execute(
+        onDrawings(options, run.keys(), columns.needsDefinitions(), [=](Workspace &work) {
+            return sheetRows(work, columns).dump(-1, ' ', false, Json::error_handler_t::replace);
+        }));
+    if (end.interrupted) return end.status();
+    if (run.keys().empty()) printNote(options, "no drawings there (*.qdraw)");
+    write(options, arguments, [&](const auto &take) {
+        run.each([&](const ItemRow &item) {
+            if (item.state == ItemState::failed) return take(failedRow(item));
+            for (const Json &row : Json::parse(item.text)) take(row);
+        });
+    });
+    return end.status();
+}
+
+} // namespace
+
+void addReportVerb(Command command)
+{
+    auto arguments = std::make_shared<ReportArguments>();
+    CLI::App *verb = command.parser.add_subcommand(
+        "report", "A row a sheet of many drawings: format, state, blocks, every value");
+    addPathOptions(verb, arguments->paths);
+    verb->add_option("--as", arguments->form, "table, csv, json or records")
+        ->check(CLI::IsMember({"table", "csv", "json", "records"}));
+    verb->add_option("-o,--output", arguments->output, "OUT.csv or OUT.json instead of the screen");
+    verb->add_option("--columns", arguments->columns,
+                     "Only these, as in file,state,TITLE.*; what is not asked for takes no time")
+        ->delimiter(',');
+    verb->add_flag("--merge", arguments->merge, "Make one report of the JSON reports named");
+    addRunOptions(verb, arguments->run);
+    verb->callback([=] {
+        command.chosen = [=, &options = command.options] { return report(options, *arguments); };
+    });
+}
+
+} // namespace app

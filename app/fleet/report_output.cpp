@@ -1,0 +1,165 @@
+#include "app/fleet/report_output.h"
+
+#include "app/csv.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <set>
+
+namespace app::fleet {
+
+namespace {
+
+void put(std::FILE *to, const std::string &text) { std::fwrite(text.data(), 1, text.size(), to); }
+
+// Old texts may hold bytes that are no UTF-8: shown replaced, so that a report never fails.
+std::string dumped(const Json &json, int indent = -1)
+{
+    return json.dump(indent, ' ', false, Json::error_handler_t::replace);
+}
+
+// Fields in the order in which they are met.
+std::vector<std::string> valueColumns(const RowSource &rows)
+{
+    std::vector<std::string> columns;
+    std::set<std::string> seen;
+    rows([&](const Json &row) {
+        if (!row.contains("values")) return;
+        for (const auto &[name, value] : row["values"].items())
+            if (seen.insert(name).second) columns.push_back(name);
+    });
+    return columns;
+}
+
+std::vector<std::string> chosenFixed(const Columns &columns)
+{
+    std::vector<std::string> chosen;
+    for (const std::string &column : fixedColumns())
+        if (column == "file" || column == "sheet" || columns.holds(column))
+            chosen.push_back(column);
+    return chosen;
+}
+
+void writeCsvReport(const Columns &columns, const RowSource &rows, std::FILE *to)
+{
+    const std::vector<std::string> fixed = chosenFixed(columns);
+    const std::vector<std::string> values = valueColumns(rows);
+    CsvRow header = fixed;
+    header.insert(header.end(), values.begin(), values.end());
+    put(to, writeCsv({header}));
+    rows([&](const Json &row) {
+        CsvRow cells;
+        for (const std::string &column : fixed) cells.push_back(fixedCell(row, column));
+        for (const std::string &column : values) {
+            const bool has = row.contains("values") && row["values"].contains(column);
+            cells.push_back(has ? cellOf(row["values"][column]) : std::string());
+        }
+        put(to, writeCsv({cells}));
+    });
+}
+
+void writeJsonReport(const RowSource &rows, std::FILE *to)
+{
+    bool first = true;
+    put(to, "[");
+    rows([&](const Json &row) {
+        put(to, (first ? "\n" : ",\n") + dumped(row));
+        first = false;
+    });
+    put(to, "\n]\n");
+}
+
+// "d1" or, of a drawing with several sheets, "d1/SHEET2".
+void writeRecords(const RowSource &rows, std::FILE *to)
+{
+    std::map<std::string, int> sheets;
+    rows([&](const Json &row) {
+        if (row.contains("values")) ++sheets[row["file"]];
+    });
+    bool first = true;
+    put(to, "{");
+    rows([&](const Json &row) {
+        if (!row.contains("values")) return;
+        const std::string file = row["file"];
+        std::string name = std::filesystem::path(file).stem().string();
+        if (sheets[file] > 1) name += "/" + row["sheet"].get<std::string>();
+        std::map<std::string, int> uses; // a field that two blocks have keeps its block
+        const auto alone = [](const std::string &full) { return full.substr(full.find('.') + 1); };
+        for (const auto &[full, value] : row["values"].items()) ++uses[alone(full)];
+        Json record = Json::object();
+        for (const auto &[full, value] : row["values"].items())
+            record[uses[alone(full)] == 1 ? alone(full) : full] = value;
+        put(to, fmt::format("{}\n{}:{}", first ? "" : ",", dumped(name), dumped(record)));
+        first = false;
+    });
+    put(to, "\n}\n");
+}
+
+std::string filled(const Json &row)
+{
+    if (!row.contains("values")) return "";
+    std::size_t count = 0;
+    for (const auto &[name, value] : row["values"].items()) count += !cellOf(value).empty();
+    return fmt::format("{}/{}", count, row["values"].size());
+}
+
+void writeTableReport(const RowSource &rows)
+{
+    std::vector<std::string> header = fixedColumns();
+    header.insert(header.end() - 1, "filled");
+    std::vector<std::vector<std::string>> table;
+    rows([&](const Json &row) {
+        std::vector<std::string> cells;
+        for (const std::string &column : header)
+            cells.push_back(column == "filled" ? filled(row) : fixedCell(row, column));
+        table.push_back(std::move(cells));
+    });
+    if (!table.empty()) printTable(header, table);
+}
+
+} // namespace
+
+std::string cellOf(const Json &value)
+{
+    if (value.is_string()) return value.get<std::string>();
+    std::string text;
+    for (const Json &line : value) {
+        if (&line != &value.front()) text += '\n';
+        text += line.get<std::string>();
+    }
+    return text;
+}
+
+std::string fixedCell(const Json &row, const std::string &column)
+{
+    if (column == "rows") {
+        std::vector<std::string> counts;
+        if (row.contains("tables"))
+            for (const auto &[name, rows] : row["tables"].items())
+                counts.push_back(fmt::format("{} {}", name, rows.size()));
+        return joined(counts, "; ");
+    }
+    if (!row.contains(column)) return "";
+    const Json &cell = row[column];
+    return cell.is_array() ? joined(cell.get<std::vector<std::string>>(), " ")
+                           : cell.get<std::string>();
+}
+
+void writeReport(ReportForm form, const Columns &columns, const RowSource &rows, std::FILE *to)
+{
+    switch (form) {
+    case ReportForm::table:
+        return writeTableReport(rows);
+    case ReportForm::csv:
+        return writeCsvReport(columns, rows, to);
+    case ReportForm::json:
+        return writeJsonReport(rows, to);
+    case ReportForm::records:
+        return writeRecords(rows, to);
+    }
+}
+
+} // namespace app::fleet

@@ -1,0 +1,29 @@
+// A report in its forms: a table to look at, CSV to change and fill in again, JSON for programs.
+#pragma once
+
+#include "app/fleet/sheet_rows.h"
+
+#include <cstdio>
+#include <functional>
+#include <string>
+
+namespace app::fleet {
+
+// Calls `take` with every row, each time it is called.
+using RowSource = std::function<void(const std::function<void(const Json &row)> &take)>;
+
+enum class ReportForm {
+    table,
+    csv,     // a column a field, "BLOCK.FIELD"; RFC 4180
+    json,    // a list of the rows as they are
+    records, // an object of drawings to their values: what `stamp --data` takes
+};
+
+void writeReport(ReportForm form, const Columns &columns, const RowSource &rows, std::FILE *to);
+
+// The cell of a CSV report: lines of a value with line breaks between them.
+std::string cellOf(const Json &value);
+// The column of a fixed name.
+std::string fixedCell(const Json &row, const std::string &column);
+
+} // namespace app::fleet

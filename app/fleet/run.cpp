@@ -1,0 +1,144 @@
+#include "app/fleet/run.h"
+
+#include "app/fleet/progress.h"
+#include "app/output.h"
+#include "app/problem.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <thread>
+
+namespace app::fleet {
+
+namespace {
+
+constexpr int kInterruptedStatus = 130; // as shells tell the end by an interrupt
+// What the platform keeps for the life of a process must not add up.
+constexpr std::size_t kItemsPerWorker = 250;
+
+volatile std::sig_atomic_t interrupts = 0;
+
+// The first interrupt ends the run in order, the second one at once.
+class InterruptGuard {
+public:
+    InterruptGuard()
+    {
+        interrupts = 0;
+        struct sigaction action {};
+        action.sa_handler = [](int) {
+            interrupts = interrupts + 1;
+            if (interrupts > 1) std::signal(SIGINT, SIG_DFL);
+        };
+        sigaction(SIGINT, &action, &m_before);
+    }
+    ~InterruptGuard() { sigaction(SIGINT, &m_before, nullptr); }
+    InterruptGuard(const InterruptGuard &) = delete;
+    InterruptGuard &operator=(const InterruptGuard &) = delete;
+
+private:
+    struct sigaction m_before {};
+};
+
+std::size_t workersFor(const RunArguments &arguments)
+{
+    if (arguments.jobs > 0) return static_cast<std::size_t>(arguments.jobs);
+    return std::max(1U, std::thread::hardware_concurrency());
+}
+
+} // namespace
+
+int RunEnd::status() const
+{
+    if (interrupted) return kInterruptedStatus;
+    return failed > 0 ? kInput : kFine;
+}
+
+void addRunOptions(CLI::App *verb, RunArguments &arguments)
+{
+    verb->add_option("-j,--jobs", arguments.jobs, "Worker processes; one a processor without")
+        ->check(CLI::Range(1, 1024));
+    verb->add_option("--journal", arguments.journal, "File that keeps what is done");
+    verb->add_flag("--resume", arguments.resume, "Go on with a run that was interrupted");
+}
+
+Run::Run(const Options &options, const RunArguments &arguments, const std::string &command,
+         std::vector<std::string> keys)
+    : m_options(options), m_arguments(arguments), m_keys(std::move(keys))
+{
+    if (m_keys.empty()) return;
+    const bool named = !arguments.journal.empty();
+    m_path = named ? arguments.journal : usualJournal(command);
+    const bool exists = !m_path.empty() && std::filesystem::exists(m_path);
+    if (named && exists && !arguments.resume)
+        throw Problem(fmt::format("{}: exists: give --resume to go on with it, or name another "
+                                  "journal",
+                                  m_path));
+    if (arguments.resume && !exists && !named)
+        throw Problem("nothing to resume: no interrupted run of this very command, in this "
+                      "folder, is known");
+    m_journal = std::make_unique<Journal>(
+        m_path, command, arguments.resume ? Journal::Start::resume : Journal::Start::fresh, m_keys);
+}
+
+Run::~Run()
+{
+    m_journal.reset();
+    if (m_arguments.journal.empty() && !m_interrupted) removeJournal(m_path);
+}
+
+std::string Run::journalPath() const { return m_arguments.journal.empty() ? "" : m_path; }
+
+bool Run::wasBegun(std::size_t item)
+{
+    return m_arguments.resume && m_journal && m_journal->wasBegun(item);
+}
+
+RunEnd Run::execute(std::function<Handler()> startWorker)
+{
+    RunEnd end;
+    if (!m_journal) return end;
+    const std::vector<std::size_t> items = m_journal->remaining();
+    if (m_journal->resumed() > 0)
+        printNote(m_options,
+                  fmt::format("{} of {} were done before", m_journal->resumed(), m_keys.size()));
+    Progress progress(m_options, m_keys.size(), m_journal->resumed());
+    std::size_t done = m_journal->resumed();
+    {
+        const InterruptGuard guard;
+        WorkerPool pool(workersFor(m_arguments), std::move(startWorker), kItemsPerWorker);
+        pool.run(
+            items, [&](std::size_t item) { m_journal->begin(item); },
+            [&](std::size_t item, const Reply &reply) {
+                const bool good = reply.kind == Reply::Kind::done;
+                m_journal->end(item, good ? ItemState::done : ItemState::failed, reply.text);
+                done += good;
+                if (!good) {
+                    ++end.failed;
+                    progress.clear();
+                    const bool named = reply.text.starts_with(m_keys[item]);
+                    fmt::print(stderr, "qelfmt: {}{}\n", named ? "" : m_keys[item] + ": ",
+                               reply.text);
+                }
+                progress.ended(m_keys[item]);
+            },
+            [] { return interrupts > 0; }, [&] { progress.refresh(); });
+        end.interrupted = interrupts > 0 && done + end.failed < m_keys.size();
+    }
+    m_interrupted = end.interrupted;
+    if (!end.interrupted) return end;
+    progress.clear();
+    fmt::print(stderr,
+               "qelfmt: interrupted: {} of {} done; give the same command with --resume to go on\n",
+               done, m_keys.size());
+    return end;
+}
+
+void Run::each(const std::function<void(const ItemRow &)> &take)
+{
+    if (m_journal) m_journal->each(take);
+}
+
+} // namespace app::fleet

@@ -1,0 +1,55 @@
+#include "app/picture.h"
+
+#include "app/problem.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+
+namespace app {
+
+namespace {
+
+std::string endingOf(const std::string &path)
+{
+    return std::filesystem::path(path).extension().string();
+}
+
+} // namespace
+
+bool isPicture(const std::string &path)
+{
+    const std::string ending = endingOf(path);
+    return ending == ".pdf" || ending == ".svg" || ending == ".png";
+}
+
+void requirePictureOrDrawing(const std::string &path)
+{
+    if (!isPicture(path) && endingOf(path) != ".qdraw")
+        throw Problem(path + ": write .qdraw, .pdf, .svg or .png", kUsage);
+}
+
+host::display::RenderResult drawSheets(const std::vector<SheetRef> &sheets, const std::string &path,
+                                       const host::display::RenderOptions &options)
+{
+    const std::string ending = endingOf(path);
+    if (ending == ".svg") return host::display::writeSvg(sheets.front().tag, path, options);
+    if (ending == ".png") return host::display::writePng(sheets.front().tag, path, options);
+    std::vector<tag_t> tags;
+    for (const SheetRef &sheet : sheets) tags.push_back(sheet.tag);
+    return host::display::writePdf(tags, path, options);
+}
+
+std::vector<std::string> pictureNames(const std::vector<SheetRef> &sheets, const std::string &path)
+{
+    if (sheets.size() == 1 || endingOf(path) == ".pdf") return {path};
+    const std::filesystem::path whole(path);
+    std::vector<std::string> names;
+    for (const SheetRef &sheet : sheets)
+        names.push_back((whole.parent_path() /
+                         fmt::format("{}-{}{}", whole.stem().string(), sheet.name, endingOf(path)))
+                            .string());
+    return names;
+}
+
+} // namespace app

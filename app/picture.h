@@ -1,0 +1,25 @@
+// Sheets as pictures, by the ending of the file.
+#pragma once
+
+#include "app/workspace.h"
+
+#include "display/render.h"
+
+#include <string>
+#include <vector>
+
+namespace app {
+
+bool isPicture(const std::string &path); // .pdf, .svg or .png
+// A Problem unless the path is a picture's or ends in .qdraw.
+void requirePictureOrDrawing(const std::string &path);
+
+// A PDF has a page a sheet; an SVG or PNG shows one sheet.
+host::display::RenderResult drawSheets(const std::vector<SheetRef> &sheets, const std::string &path,
+                                       const host::display::RenderOptions &options = {});
+
+// The files that the sheets are drawn to: of several in an SVG or PNG each has its own, told apart by the
+// sheet's name; a PDF has them all.
+std::vector<std::string> pictureNames(const std::vector<SheetRef> &sheets, const std::string &path);
+
+} // namespace app
