@@ -207,7 +207,10 @@ void TrFormatBase::initializeBlock(boost::shared_ptr<TrBlockBase> &block,
     if (mAddBlockCB.empty()) return;
     const std::string format = GetFormatDefName(), name = block->GetBlockDefName();
     const bool vetoed = mAddBlockCB(format.c_str(), name.c_str()) == 0;
-    if (vetoed) removeBlock(block);
+    if (!block->GetUdoObject()->isAlive()) // the callback deleted it, or the whole format
+        static_cast<LumUg::UDO &>(*block) = LumUg::UDO();
+    else if (vetoed)
+        removeBlock(block);
 }
 
 void TrFormatBase::addBlock(const boost::shared_ptr<TrBlockBase> &block)
