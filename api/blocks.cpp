@@ -42,7 +42,7 @@ void askBlocks(unsigned tag, TRV_FMT_value_list_t *blocks)
 {
     findDrawing(tag);
     requireArgument(blocks);
-    blocks->num_values = 0;
+    clear(*blocks);
     std::vector<std::string> ids;
     for (const auto &block : findFormat(tag)->getBlocks()) ids.push_back(block->GetBlockDefName());
     fill(*blocks, ids);

@@ -12,7 +12,7 @@ extern "C" int TRV_FMT_ask_field_value(unsigned drawing, const char *block_id, c
     return guarded([&] {
         findDrawing(drawing);
         requireArgument(value);
-        value->num_values = 0;
+        clear(*value);
         fill(*value, findField(drawing, block_id, field_id)->GetValue());
     });
 }

@@ -14,7 +14,7 @@ extern "C" int TRV_FMT_ask_table_value(unsigned drawing, const char *block_id, c
     return guarded([&] {
         findDrawing(drawing);
         requireArgument(value);
-        value->num_values = 0;
+        clear(*value);
         const FoundEntry row = findEntry(drawing, block_id, table_id, entry);
         fill(*value, findFieldOf(*row.entry, field_id, "table")->GetValue());
     });

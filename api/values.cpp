@@ -5,9 +5,11 @@
 
 namespace QelFmt::api {
 
+void clear(TRV_FMT_value_list_t &list) { list = {0, nullptr}; }
+
 void fill(TRV_FMT_value_list_t &list, const std::vector<std::string> &texts)
 {
-    list.num_values = 0;
+    clear(list);
     list.values = new char *[texts.size()];
     for (const std::string &text : texts) {
         // Up to the first NUL, as a C caller will read it.
@@ -36,4 +38,5 @@ extern "C" void TRV_FMT_free_value(TRV_FMT_value_list_t *list)
     if (!list) return;
     for (int i = 0; i < list->num_values; ++i) delete[] list->values[i];
     delete[] list->values;
+    QelFmt::api::clear(*list); // released twice, nothing happens
 }

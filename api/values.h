@@ -8,6 +8,9 @@
 
 namespace QelFmt::api {
 
+// What the list held is not released.
+void clear(TRV_FMT_value_list_t &list);
+
 // Fills the list with fresh copies. `num_values` is 0 until the array stands, and counts what is
 // filled from then on, so that a list is never dangling.
 void fill(TRV_FMT_value_list_t &list, const std::vector<std::string> &texts);
