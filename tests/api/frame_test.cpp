@@ -1,7 +1,12 @@
 // The frame of the interface: status, last error, argument order, callbacks, life cycle.
 #include "interface_story.h"
 
+#include "api/guard.h"
+#include "content/field.h"
+#include "drawing/block.h"
+
 #include <functional>
+#include <new>
 #include <stdexcept>
 
 namespace {
@@ -147,6 +152,21 @@ TEST_F(Frame, APlatformFailureBecomesItsText)
     char text[133];
     ASSERT_EQ(UF_get_fail_message(1405001, text), 0);
     EXPECT_EQ(failure(TRV_FMT_add_format(sheet, "F", "A3")), text);
+}
+
+TEST_F(Frame, AStandardExceptionBecomesItsText)
+{
+    EXPECT_EQ(QelFmt::api::guarded([] { throw std::bad_alloc(); }), 1);
+    EXPECT_STREQ(TRV_FMT_ask_last_error(), std::bad_alloc().what());
+}
+
+TEST_F(Frame, EditableIsOneWhateverNumberIsStored)
+{
+    addFormat();
+    TrDrawing::getDrawing(sheet)->format()->getBlocks().at(0)->getFields().at(0)->SetIsEditable(7);
+    char editable = 9;
+    ASSERT_EQ(QEL_FMT_get_field_editable(sheet, "TITLE", "NAME", &editable), 0);
+    EXPECT_EQ(editable, 1);
 }
 
 TEST_F(Frame, ListsAreFreedWhateverTheyHold)

@@ -14,7 +14,8 @@
 using Texts = std::vector<std::string>;
 
 // Format F in the sizes A3 and A4 requires block TITLE, which has the fields NAME (typed) and LANG ("en") and
-// the table REV with the fields NO and TEXT. Block NOTE has nothing. All at (10, 10) from the lower left.
+// the table REV with the fields NO and TEXT. Block NOTE has nothing. All at (10, 10) from the lower left. Block
+// ELSEWHERE has a place on another format only.
 class InterfaceStory : public testing::Test {
 protected:
     void SetUp() override
@@ -45,6 +46,7 @@ protected:
             table.AddFieldDefinition(makeTextField("TEXT", 10.0));
             title.AddTableDefinition(table);
             makeBlock("NOTE");
+            makeBlock("ELSEWHERE", "G");
         });
         ASSERT_EQ(TRV_FMT_initialize(), 0) << TRV_FMT_ask_last_error();
         sheet = story.newSheet();

@@ -1,4 +1,4 @@
-// A caller that knows no rules: any function, any arguments, in any order. Whatever it does, a failure has
+// A caller that knows no rules: any function, any arguments, in any order, also inside its callbacks. Whatever it does, a failure has
 // its own text, nothing leaks, and the part saves and reopens as it was.
 #include "interface_story.h"
 
@@ -10,14 +10,21 @@
 #include <climits>
 #include <functional>
 #include <random>
+#include <stdexcept>
 
 namespace {
 
 constexpr const char *kUntouched = "no call has failed yet";
 
+// What the installed callbacks do: answer, call the library again, or throw.
 int g_answer = 1;
-int answerBlock(const char *, const char *) { return g_answer; }
-void ignoreRow(const char *, const char *, const char *) {}
+std::function<void()> g_meanwhile;
+int answerBlock(const char *, const char *)
+{
+    g_meanwhile();
+    return g_answer;
+}
+void noteRow(const char *, const char *, const char *) { g_meanwhile(); }
 
 class RandomCaller : public InterfaceStory {
 protected:
@@ -33,6 +40,7 @@ protected:
         ASSERT_EQ(UF_DRF_create_note(1, text, origin, 0, &m_note), 0);
         ASSERT_EQ(UF_DRAW_delete_drawing(dead), 0);
         story.open(sheet);
+        g_meanwhile = [this] { meanwhile(); };
         m_tags = {sheet, sheet,  sheet,        sheet, m_second,   m_second,
                   dead,  m_note, story.part(), 0,     4000000000u};
     }
@@ -195,7 +203,7 @@ private:
             g_answer = static_cast<int>(below(3)) - 1;
             return 0;
         case 3:
-            QEL_FMT_set_append_entry_cb(below(2) ? ignoreRow : nullptr);
+            QEL_FMT_set_append_entry_cb(below(2) ? noteRow : nullptr);
             return 0;
         case 4:
             TRV_FMT_free_value(nullptr);
@@ -206,24 +214,43 @@ private:
         }
     }
 
+    int callAny()
+    {
+        const unsigned kind = below(100);
+        if (kind < 35) return callFormats(below(10));
+        if (kind < 60) return callFields(below(4));
+        if (kind < 99) return callTables(below(8));
+        const int status = callLife(below(6));
+        // Most of what follows needs definitions.
+        if (below(3)) {
+            EXPECT_EQ(TRV_FMT_terminate(), 0);
+            EXPECT_EQ(TRV_FMT_initialize(), 0);
+        }
+        return status;
+    }
+
+    // Inside a callback: mostly nothing, else any call, or an exception of each kind.
+    void meanwhile()
+    {
+        if (m_depth == 3 || below(3)) return;
+        ++m_depth;
+        callOnce();
+        --m_depth;
+        QelFmt::api::lastError() = kUntouched; // what the outer call says must be its own
+        if (below(10)) return;
+        if (below(2)) throw UgException(UF_err_unknown_tag);
+        if (below(2)) throw std::runtime_error("the callback gave up");
+        throw 5;
+    }
+
     void callOnce()
     {
         QelFmt::api::lastError() = kUntouched;
-        const unsigned kind = below(100);
         int status = 0;
-        if (kind < 35)
-            status = callFormats(below(10));
-        else if (kind < 60)
-            status = callFields(below(4));
-        else if (kind < 99)
-            status = callTables(below(8));
-        else {
-            status = callLife(below(6));
-            // Most of what follows needs definitions.
-            if (below(3)) {
-                EXPECT_EQ(TRV_FMT_terminate(), 0);
-                EXPECT_EQ(TRV_FMT_initialize(), 0);
-            }
+        try {
+            status = callAny();
+        } catch (int number) {
+            EXPECT_EQ(number, 5); // the only thing that passes through
         }
         const std::string text = TRV_FMT_ask_last_error();
         if (status == 0) return;
@@ -247,6 +274,7 @@ private:
     }
 
     std::mt19937 m_random;
+    unsigned m_depth = 0; // of calls inside callbacks
     tag_t m_second = NULL_TAG;
     tag_t m_note = NULL_TAG;
     std::vector<unsigned> m_tags;

@@ -40,6 +40,24 @@ TEST(StartUp, TheSettingLetsNotesOfFieldsRowsAndBlocksBePicked)
         EXPECT_EQ(nxhost::ownedObjectSelection(name), 1) << name;
 }
 
+// The nth call is refused: what was set before it shows the order.
+TEST(StartUp, FieldsComeBeforeRowsAndRowsBeforeBlocks)
+{
+    const char *const order[] = {QelFmt::kFieldV1Classname, QelFmt::kEntryV2Classname,
+                                 QelFmt::kBlockV1Classname};
+    for (unsigned refused = 1; refused <= 3; ++refused) {
+        SCOPED_TRACE(refused);
+        const Story story;
+        story.writeSettings("[Settings]\nField Selection = -1\n"); // anything but 0
+        for (const char *name : order)
+            LumUg::UDOClass::setOwnedObjSelection(name, UF_UDOBJ_DONT_ALLOW_SELECTION);
+        nxhost::failCall("UF_UDOBJ_set_owned_object_selection", 1105061, refused);
+        ufsta();
+        for (unsigned i = 0; i < 3; ++i)
+            EXPECT_EQ(nxhost::ownedObjectSelection(order[i]), i + 1 < refused ? 2 : 1) << order[i];
+    }
+}
+
 TEST(StartUp, AFailureGoesToTheSystemLogUnlessTheInterfaceIsNotAvailable)
 {
     const Story story;

@@ -134,35 +134,6 @@ void c_LongTextsAreKeptWhole(void)
     free(lines[0]);
 }
 
-/* The text of the error: `before`, the identifier, `after`. */
-static char *message(const char *before, const char *id, const char *after)
-{
-    char *text = malloc(strlen(before) + strlen(id) + strlen(after) + 1);
-    sprintf(text, "%s%s%s", before, id, after);
-    return text;
-}
-
-void c_LongIdentifiersAreNotFoundAndNamedWhole(void)
-{
-    const unsigned int sheet = sheet_with_format();
-    char *id = big_text();
-    char *no_block = message("No block with ID ", id, " on format.");
-    char *no_field = message("No field with ID ", id, " on block.");
-    char *no_format = message("No format with ID ", id, "");
-    char *no_table = message("No table with ID ", id, " on block.");
-    TRV_FMT_value_list_t list = {0, NULL};
-    int count = 0;
-    FAILS(TRV_FMT_add_format(world_other_sheet(), id, id), no_format);
-    FAILS(TRV_FMT_ask_field_value(sheet, id, "NAME", &list), no_block);
-    FAILS(TRV_FMT_ask_field_value(sheet, "TITLE", id, &list), no_field);
-    FAILS(TRV_FMT_ask_number_table_entries(sheet, "TITLE", id, &count), no_table);
-    free(id);
-    free(no_block);
-    free(no_field);
-    free(no_format);
-    free(no_table);
-}
-
 void c_ManyLinesAreKeptInOrder(void)
 {
     const unsigned int sheet = sheet_with_format();

@@ -5,7 +5,12 @@
 
 #include <limits.h>
 #include <stddef.h>
+#include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
+
+#define BIG (64 * 1024)
+#define MANY 10000
 
 static const char *const beyond = "Wanted entry is greater then table has.";
 
@@ -160,4 +165,41 @@ void c_SymbolsStandWhereTheyWerePlaced(void)
     HOLDS(strstr(world_listing(), "(200, 150, 0)") != NULL);
     SUCCEEDS(TRV_FMT_delete_entry(sheet, "TITLE", "REV", 0));
     HOLDS(strstr(world_listing(), "(200, 150") == NULL); /* it went with its row */
+}
+
+void c_ManyLinesOfARowAreKeptInOrder(void)
+{
+    const unsigned int sheet = sheet_with_rows(1);
+    static char texts[MANY][8];
+    static char *lines[MANY];
+    TRV_FMT_value_list_t in = {MANY, NULL}, out = {0, NULL};
+    int i, right = 0;
+    for (i = 0; i < MANY; ++i) {
+        sprintf(texts[i], "%d", i);
+        lines[i] = texts[i];
+    }
+    in.values = lines;
+    SUCCEEDS(TRV_FMT_set_table_value(sheet, "TITLE", "REV", 0, "TEXT", &in));
+    SUCCEEDS(TRV_FMT_ask_table_value(sheet, "TITLE", "REV", 0, "TEXT", &out));
+    HOLDS(out.num_values == MANY);
+    for (i = 0; i < out.num_values; ++i) right += strcmp(out.values[i], texts[i]) == 0;
+    HOLDS(right == MANY);
+    TRV_FMT_free_value(&out);
+    in.num_values = 0; /* and none at all */
+    SUCCEEDS(TRV_FMT_set_table_value(sheet, "TITLE", "REV", 0, "TEXT", &in));
+    row_is(sheet, 0, "TEXT", "");
+}
+
+void c_LongTextsOfARowAreKeptWhole(void)
+{
+    unsigned int sheet = sheet_with_rows(2);
+    char *text = malloc(BIG + 1);
+    memset(text, 'x', BIG);
+    text[BIG] = '\0';
+    SUCCEEDS(set_row(sheet, 1, "TEXT", text));
+    row_is(sheet, 1, "TEXT", text);
+    sheet = world_reopen();
+    row_is(sheet, 1, "TEXT", text);
+    row_is(sheet, 0, "TEXT", "");
+    free(text);
 }

@@ -5,6 +5,9 @@
 #include "nxhost/control.h"
 #include "uf_draw.h"
 #include "uf_drf.h"
+#include "ug_exception.hxx"
+
+#include <stdexcept>
 
 namespace {
 
@@ -55,6 +58,23 @@ const char *world_listing(void)
 {
     g_listing = nxhost::listPart(g_story->story.part());
     return g_listing.c_str();
+}
+
+void world_throw(enum thrown kind)
+{
+    if (kind == THROWS_STANDARD) throw std::runtime_error("the callback gave up");
+    if (kind == THROWS_PLATFORM) throw UgException(1405001);
+    throw 5;
+}
+
+int world_caught(int (*call)(void))
+{
+    try {
+        call();
+        return 0;
+    } catch (int number) {
+        return number;
+    }
 }
 
 void claim_holds(int held, const char *file, int line, const char *claim)

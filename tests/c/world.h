@@ -1,6 +1,6 @@
 /* What the C tests stand on: a sheet to work on, tags that are none, and claims. The definitions are those of
    InterfaceStory: format F in A3 and A4, block TITLE with the fields NAME and LANG ("en") and the table
-   REV with NO and TEXT, block NOTE with nothing. */
+   REV with NO and TEXT, block NOTE with nothing, block ELSEWHERE without a place on F. */
 #ifndef QELFMT_TESTS_C_WORLD_H
 #define QELFMT_TESTS_C_WORLD_H
 
@@ -19,6 +19,12 @@ unsigned int world_reopen(void);      /* saves, closes, opens: the sheet's new t
 
 /* The part as text, valid until the next call; for claims that nothing changed. */
 const char *world_listing(void);
+
+/* What C cannot do: callbacks that throw, and calls whose exceptions are caught. */
+enum thrown { THROWS_STANDARD, THROWS_PLATFORM, THROWS_NUMBER };
+void world_throw(
+    enum thrown kind); /* a standard exception "the callback gave up", code 1405001, or 5 */
+int world_caught(int (*call)(void)); /* the number that passed out of the call; 0 when none did */
 
 void claim_holds(int held, const char *file, int line, const char *claim);
 void claim_text(const char *actual, const char *expected, const char *file, int line,
