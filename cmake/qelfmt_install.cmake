@@ -21,7 +21,10 @@ if(QELFMT_PLATFORM STREQUAL "host")
     set_target_properties(qelfmt-host PROPERTIES EXPORT_NAME host)
     set_target_properties(qelfmt-display PROPERTIES EXPORT_NAME display)
     list(APPEND QELFMT_TARGETS qelfmt-host qelfmt-display)
+    add_library(qelfmt::host ALIAS qelfmt-host)
+    add_library(qelfmt::display ALIAS qelfmt-display)
 endif()
+add_library(qelfmt::qelfmt ALIAS qelfmt)
 if(NOT WIN32)
     set_target_properties(${QELFMT_TARGETS} PROPERTIES INSTALL_RPATH "\$ORIGIN")
 endif()
@@ -74,7 +77,13 @@ configure_file(cmake/package/qelfmt.pc.in "${CMAKE_BINARY_DIR}/qelfmt.pc" @ONLY)
 install(FILES "${CMAKE_BINARY_DIR}/qelfmt.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
         COMPONENT dev)
 install(DIRECTORY examples/ DESTINATION "${CMAKE_INSTALL_DOCDIR}/examples" COMPONENT dev
-        PATTERN CMakeLists.txt EXCLUDE)
+        PATTERN __pycache__ EXCLUDE)
+
+# The reference pages are installed when scripts/make-docs has made them here, as `make package` does.
+install(DIRECTORY "${CMAKE_BINARY_DIR}/reference/html" DESTINATION "${CMAKE_INSTALL_DOCDIR}"
+        COMPONENT dev OPTIONAL)
+install(DIRECTORY "${CMAKE_BINARY_DIR}/reference/man/man3" DESTINATION "${CMAKE_INSTALL_MANDIR}"
+        COMPONENT dev OPTIONAL)
 
 # --- the command and what it needs ------------------------------------------------------------------
 if(TARGET qelfmt_app)
@@ -119,15 +128,18 @@ set(CPACK_PACKAGE_CONTACT "The qelfmt authors <qelfmt@localhost>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
+set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_SOURCE_DIR}/cmake/package/debian.cmake")
 set(CPACK_COMPONENTS_ALL library dev tools)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS OFF)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libqelfmt1)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_RECOMMENDS fonts-osifont)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_SUGGESTS qelfmt)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA "${CMAKE_SOURCE_DIR}/cmake/package/triggers")
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME libqelfmt-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
@@ -136,7 +148,14 @@ set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME qelfmt)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "libqelfmt1 (= ${PROJECT_VERSION}), fonts-osifont")
-set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "Drawing formats on CAD drawing sheets: shared libraries")
-set(CPACK_COMPONENT_DEV_DESCRIPTION "Drawing formats on CAD drawing sheets: headers, CMake and pkg-config files")
-set(CPACK_COMPONENT_TOOLS_DESCRIPTION "Drawing formats on CAD drawing sheets: the command and its definitions")
+set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "Drawing formats on CAD drawing sheets: shared libraries
+qelfmt places frames, title blocks, revision tables and symbols on drawing sheets, fills them and keeps
+them up to date with their definitions. These are its libraries, with the embedded host that needs no CAD
+system.")
+set(CPACK_COMPONENT_DEV_DESCRIPTION "Drawing formats on CAD drawing sheets: headers
+Headers, CMake and pkg-config files, the reference pages of the C interface and examples in C, C++ and
+Python.")
+set(CPACK_COMPONENT_TOOLS_DESCRIPTION "Drawing formats on CAD drawing sheets: the command
+The command qelfmt with its shipped definitions (ISO and ASME sheets and title blocks), manual page and
+completion.")
 include(CPack)
