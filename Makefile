@@ -2,8 +2,9 @@
 SHELL := /bin/bash
 JOBS ?= $(shell nproc)
 SOAK_SHARE ?= 0.05
+FUZZ_SECONDS ?= 3600
 
-.PHONY: help demo test soak asan format check bench build bootstrap package
+.PHONY: help demo test soak asan fuzz format check docs bench build bootstrap package
 .DEFAULT_GOAL := help
 
 help: ## this list
@@ -38,16 +39,33 @@ asan: bootstrap ## the quick tests under the address and undefined-behaviour san
 	@cmake --build build/asan -j$(JOBS)
 	@QELFMT_SOAK_SHARE=$(SOAK_SHARE) ctest --preset asan -L quick -j$(JOBS) --output-on-failure
 
+fuzz: bootstrap ## an hour of damaged part files (FUZZ_SECONDS), needs clang
+	@scripts/bootstrap fuzz
+	@test -f build/fuzz/CMakeCache.txt || CC=clang CXX=clang++ cmake -B build/fuzz \
+	  $$(command -v ninja >/dev/null && echo -G Ninja) -DCMAKE_BUILD_TYPE=Release \
+	  -DQELFMT_FUZZ=ON -DQELFMT_TESTS=OFF -DQELFMT_BENCH=OFF >/dev/null
+	@cmake --build build/fuzz -j$(JOBS) --target fuzz_part fuzz_part_seeds
+	@build/fuzz/bin/fuzz_part_seeds build/fuzz/corpus
+	@build/fuzz/bin/fuzz_part -max_total_time=$(FUZZ_SECONDS) -timeout=20 -print_final_stats=1 \
+	  -artifact_prefix=build/fuzz/ build/fuzz/corpus
+
 format: bootstrap ## format every source
 	@git ls-files '*.cpp' '*.h' '*.hxx' '*.c' | xargs clang-format -i
 
-check: build ## format, layering, exported names
+check: build docs ## format, layering, exported names, names of the platform, reference pages
 	@scripts/check-format
 	@scripts/check-layering
 	@scripts/check-exports build/dev/lib/libqelfmt.so
+	@scripts/list-platform-names --check
+
+docs: bootstrap ## the reference pages of the C interface: build/docs/html/index.html
+	@scripts/bootstrap docs
+	@scripts/make-docs build/docs
 
 package: bootstrap ## Debian packages: library, headers, command
+	@scripts/bootstrap docs
 	$(call configure,release)
-	@cmake --build build/release -j$(JOBS)
+	@cmake --build build/release -j$(JOBS) --target qelfmt_app shipped_definitions manual_page
+	@scripts/make-docs build/release/reference
 	@cd build/release && cpack --config CPackConfig.cmake -B packages
 	@ls build/release/packages/*.deb
