@@ -1,6 +1,7 @@
 #include "app/fill.h"
 
 #include "app/csv.h"
+#include "app/field_index.h"
 #include "app/formats.h"
 #include "app/problem.h"
 
@@ -118,10 +119,15 @@ Json valuesOfCsv(const std::string &path, const std::string &record)
 
 // --- what is to be set ------------------------------------------------------------------------
 
+struct WantedValue {
+    const IndexedField *field;
+    Lines lines;
+};
+
 class Wanted {
 public:
-    Wanted(const Workspace &work, const SheetRef &sheet, const DataFile &data, bool force)
-        : m_work(work), m_sheet(sheet), m_path(data.path), m_force(force)
+    Wanted(const FieldIndex &fields, const DataFile &data, bool force)
+        : m_fields(fields), m_path(data.path), m_force(force)
     {
         for (const auto &[key, value] : data.values.items()) {
             if (!value.is_object()) {
@@ -133,37 +139,31 @@ public:
         if (!m_problems.empty()) throw Problem(joined(m_problems, "\n"));
     }
 
-    const std::vector<FieldValue> &values() const { return m_values; }
+    const std::vector<WantedValue> &values() const { return m_values; }
+    bool names(const IndexedField &field) const
+    {
+        return std::any_of(m_values.begin(), m_values.end(),
+                           [&](const WantedValue &value) { return value.field == &field; });
+    }
 
 private:
     void add(const std::string &text, const Json &value)
     {
         try {
-            const FieldName name = findField(m_work, m_sheet, text);
-            if (!m_force) requireEditable(m_work, m_sheet, name);
-            m_values.push_back({name, linesOf(value, m_path + ", " + text)});
+            const IndexedField &field = m_fields.find(text);
+            if (!m_force) m_fields.requireEditable(field);
+            m_values.push_back({&field, linesOf(value, m_path + ", " + text)});
         } catch (const Problem &problem) {
             m_problems.emplace_back(problem.what());
         }
     }
 
-    const Workspace &m_work;
-    const SheetRef &m_sheet;
+    const FieldIndex &m_fields;
     const std::string &m_path;
     const bool m_force;
-    std::vector<FieldValue> m_values;
+    std::vector<WantedValue> m_values;
     std::vector<std::string> m_problems;
 };
-
-std::vector<FieldName> missingFrom(const std::vector<FieldName> &set, const SheetRef &sheet)
-{
-    std::vector<FieldName> missing;
-    for (const FieldName &name : fieldsOf(sheet)) {
-        const auto same = [&](const FieldName &other) { return display(other) == display(name); };
-        if (std::none_of(set.begin(), set.end(), same)) missing.push_back(name);
-    }
-    return missing;
-}
 
 } // namespace
 
@@ -179,15 +179,17 @@ DataFile readData(const std::string &path, const std::string &record)
 
 FillReport fillIn(const Workspace &work, const SheetRef &sheet, const DataFile &data, bool force)
 {
-    const Wanted wanted(work, sheet, data, force);
+    const FieldIndex fields(work, sheet);
+    const Wanted wanted(fields, data, force);
     FillReport report;
-    for (const FieldValue &value : wanted.values()) {
-        setValue(work, sheet, value.name, value.lines);
-        report.set.push_back(value.name);
-        if (const auto misfit = misfitOf(*recordOf(sheet, value.name)))
-            report.misfits.push_back({value.name, *misfit});
+    for (const WantedValue &value : wanted.values()) {
+        fields.set(*value.field, value.lines);
+        report.set.push_back(value.field->name);
+        if (const auto misfit = misfitOf(*value.field->record))
+            report.misfits.push_back({value.field->name, *misfit});
     }
-    report.missing = missingFrom(report.set, sheet);
+    for (const IndexedField &field : fields.fields())
+        if (!wanted.names(field)) report.missing.push_back(field.name);
     return report;
 }
 

@@ -1,5 +1,6 @@
 #include "app/values.h"
 
+#include "app/field_index.h"
 #include "app/formats.h"
 #include "app/problem.h"
 
@@ -104,20 +105,7 @@ boost::shared_ptr<TrFieldBase> recordOf(const SheetRef &sheet, const FieldName &
 
 FieldName findField(const Workspace &work, const SheetRef &sheet, const std::string &text)
 {
-    std::vector<FieldName> matches;
-    std::vector<std::string> all;
-    for (const FieldName &name : fieldsOf(sheet)) {
-        if (display(name) == text) return name;
-        if (name.field == text) matches.push_back(name);
-        all.push_back(display(name));
-    }
-    if (matches.size() == 1) return matches.front();
-    if (matches.size() > 1)
-        throw Problem(fmt::format("{}: several blocks have a field {}: write BLOCK.{}",
-                                  placeOf(work, sheet), text, text));
-    throw Problem(fmt::format("{}: no field {}; there {} {}", placeOf(work, sheet), text,
-                              all.size() == 1 ? "is" : "are",
-                              all.empty() ? "none" : joined(all, ", ")));
+    return FieldIndex(work, sheet).find(text).name;
 }
 
 Json toJson(const Lines &lines)

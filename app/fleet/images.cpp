@@ -82,13 +82,16 @@ void Images::changed(const std::string &path, const ContentSum &after)
         .run();
 }
 
-std::optional<ContentSum> Images::begun(const std::string &path)
+bool Images::wasChanged(const std::string &path, const ContentSum &now)
 {
-    Statement rows(m_connection, "SELECT before_sum FROM image WHERE path=? AND after_sum IS NULL");
     const std::string absolute = absolutePath(path);
+    Statement rows(m_connection, "SELECT before_sum,after_sum FROM image WHERE path=?");
     rows.bind(std::string_view(absolute));
-    if (!rows.step()) return {};
-    return rows.text(0);
+    if (!rows.step()) return false;
+    const ContentSum before = rows.text(0), after = rows.text(1);
+    if (now == before || (!after.empty() && now != after)) return false;
+    if (after.empty()) changed(path, now);
+    return true;
 }
 
 void Images::each(const std::function<void(const Image &)> &take)

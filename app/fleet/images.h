@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 
 namespace app::fleet {
@@ -30,8 +29,9 @@ public:
     // What the drawing holds now, durable when this returns, before it is changed.
     void keep(const std::string &path, const std::string &bytes);
     void changed(const std::string &path, const ContentSum &after);
-    // Of a drawing whose change was begun and not recorded as done.
-    std::optional<ContentSum> begun(const std::string &path);
+    // Whether the drawing, which holds `now`, was changed by a run that was killed before its result was
+    // kept; recorded then.
+    bool wasChanged(const std::string &path, const ContentSum &now);
 
     void each(const std::function<void(const Image &)> &take);
     void putBack(const std::string &path); // recorded: undone once

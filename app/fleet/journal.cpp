@@ -14,6 +14,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::int64_t kApplicationId = 0x716c6f67; // "qlog"
+constexpr auto kBatchTime = std::chrono::milliseconds(200);
 
 std::string fresh(const std::string &path, Journal::Start start)
 {
@@ -35,9 +36,9 @@ std::uint64_t hashOf(std::string_view text)
 
 } // namespace
 
-Journal::Journal(const std::string &path, const std::string &command, Start start,
+Journal::Journal(const std::string &path, const std::string &command, Start start, Keeping keeping,
                  const std::vector<std::string> &keys)
-    : m_connection(fresh(path, start))
+    : m_connection(fresh(path, start)), m_keeping(keeping)
 {
     if (start == Start::resume) takeOver(command);
     // What a killed process has committed stays; only a power failure could lose the last results.
@@ -97,10 +98,34 @@ bool Journal::wasBegun(std::size_t item)
     return state.step() && state.number(0) != 0;
 }
 
-void Journal::begin(std::size_t item) { m_begin->bind(static_cast<std::int64_t>(item)).run(); }
+Journal::~Journal()
+{
+    if (m_inBatch) sqlite3_exec(m_connection.handle(), "COMMIT", nullptr, nullptr, nullptr);
+}
+
+void Journal::openBatch()
+{
+    if (m_keeping == Keeping::each || m_inBatch) return;
+    m_connection.run("BEGIN");
+    m_inBatch = true;
+    m_batchEnd = std::chrono::steady_clock::now() + kBatchTime;
+}
+
+void Journal::closeBatch()
+{
+    if (!m_inBatch) return;
+    m_connection.run("COMMIT");
+    m_inBatch = false;
+}
+
+void Journal::begin(std::size_t item)
+{
+    if (m_keeping == Keeping::each) m_begin->bind(static_cast<std::int64_t>(item)).run();
+}
 
 void Journal::end(std::size_t item, ItemState state, const std::string &text)
 {
+    openBatch();
     m_end
         ->bind(static_cast<std::int64_t>(state), std::string_view(text),
                static_cast<std::int64_t>(item))
@@ -109,6 +134,7 @@ void Journal::end(std::size_t item, ItemState state, const std::string &text)
 
 void Journal::each(const std::function<void(const ItemRow &)> &take)
 {
+    closeBatch();
     Statement rows(m_connection, "SELECT key,state,result FROM item WHERE position IS NOT NULL "
                                  "ORDER BY position");
     while (rows.step()) take({rows.text(0), static_cast<ItemState>(rows.number(1)), rows.text(2)});

@@ -4,6 +4,7 @@
 
 #include "app/fleet/statement.h"
 
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -24,19 +25,22 @@ struct ItemRow {
 class Journal {
 public:
     enum class Start { fresh, resume };
+    // What is done can be kept one by one, or a few at a time where doing an item twice does no harm.
+    enum class Keeping { each, inBatches };
 
     // `command` is what must be the same for a run to be continued. A fresh journal takes the place of
     // what stood at `path`; resuming one of another command is a Problem. An empty path: nobody can
     // resume.
-    Journal(const std::string &path, const std::string &command, Start start,
+    Journal(const std::string &path, const std::string &command, Start start, Keeping keeping,
             const std::vector<std::string> &keys);
+    ~Journal();
 
     // Failed items are tried again.
     std::vector<std::size_t> remaining();
     std::size_t resumed() const { return m_resumed; } // done in an earlier run
     bool wasBegun(std::size_t item);                  // in an earlier run, or in this one
 
-    void begin(std::size_t item);
+    void begin(std::size_t item); // nothing when kept in batches
     void end(std::size_t item, ItemState state, const std::string &text);
     void each(const std::function<void(const ItemRow &)> &take);
     const std::string &path() const { return m_connection.path(); }
@@ -44,8 +48,13 @@ public:
 private:
     void takeOver(const std::string &command);
     void list(const std::vector<std::string> &keys);
+    void openBatch();
+    void closeBatch();
 
     Connection m_connection;
+    Keeping m_keeping;
+    bool m_inBatch = false;
+    std::chrono::steady_clock::time_point m_batchEnd;
     std::unique_ptr<Statement> m_begin;
     std::unique_ptr<Statement> m_end;
     std::size_t m_resumed = 0;

@@ -4,6 +4,7 @@
 #include "app/fleet/paths.h"
 #include "app/fleet/report_output.h"
 #include "app/fleet/run.h"
+#include "app/fleet/stored_rows.h"
 #include "app/output.h"
 #include "app/problem.h"
 #include "app/verbs.h"
@@ -83,6 +84,24 @@ int merge(const Options &options, const ReportArguments &arguments)
     return failed ? kInput : kFine;
 }
 
+// The library is started only for what the stored records do not tell.
+std::function<Handler()> reader(const Options &options, const std::vector<std::string> &paths,
+                                const Columns &columns)
+{
+    const auto whole =
+        onDrawings(options, paths, columns.needsDefinitions(),
+                   [columns](Workspace &work) { return compact(sheetRows(work, columns)); });
+    if (!storedRowsSuffice(columns)) return whole;
+    return [&paths, columns, whole]() -> Handler {
+        const auto opened = std::make_shared<Handler>();
+        return [&paths, columns, whole, opened](std::size_t item) {
+            if (const auto rows = storedSheetRows(paths[item], columns)) return compact(*rows);
+            if (!*opened) *opened = whole();
+            return (*opened)(item);
+        };
+    };
+}
+
 Json failedRow(const ItemRow &item)
 {
     return {{"file", item.key}, {"state", "failed"}, {"error", item.text}};
@@ -97,11 +116,8 @@ int report(const Options &options, const ReportArguments &arguments)
             fmt::format("report {} {} --columns {} --defs {}", joined(arguments.paths.paths, " "),
                         arguments.paths.filesFrom + arguments.paths.shard,
                         joined(arguments.columns, ","), joined(options.definitions, ":")),
-            collect(arguments.paths));
-    const RunEnd end = run.execute(
-        onDrawings(options, run.keys(), columns.needsDefinitions(), [=](Workspace &work) {
-            return sheetRows(work, columns).dump(-1, ' ', false, Json::error_handler_t::replace);
-        }));
+            collect(arguments.paths), Journal::Keeping::inBatches);
+    const RunEnd end = run.execute(reader(options, run.keys(), columns));
     if (end.interrupted) return end.status();
     if (run.keys().empty()) printNote(options, "no drawings there (*.qdraw)");
     write(options, arguments, [&](const auto &take) {

@@ -15,12 +15,6 @@ namespace {
 
 void put(std::FILE *to, const std::string &text) { std::fwrite(text.data(), 1, text.size(), to); }
 
-// Old texts may hold bytes that are no UTF-8: shown replaced, so that a report never fails.
-std::string dumped(const Json &json, int indent = -1)
-{
-    return json.dump(indent, ' ', false, Json::error_handler_t::replace);
-}
-
 // Fields in the order in which they are met.
 std::vector<std::string> valueColumns(const RowSource &rows)
 {
@@ -66,7 +60,7 @@ void writeJsonReport(const RowSource &rows, std::FILE *to)
     bool first = true;
     put(to, "[");
     rows([&](const Json &row) {
-        put(to, (first ? "\n" : ",\n") + dumped(row));
+        put(to, (first ? "\n" : ",\n") + compact(row));
         first = false;
     });
     put(to, "\n]\n");
@@ -92,7 +86,7 @@ void writeRecords(const RowSource &rows, std::FILE *to)
         Json record = Json::object();
         for (const auto &[full, value] : row["values"].items())
             record[uses[alone(full)] == 1 ? alone(full) : full] = value;
-        put(to, fmt::format("{}\n{}:{}", first ? "" : ",", dumped(name), dumped(record)));
+        put(to, fmt::format("{}\n{}:{}", first ? "" : ",", compact(name), compact(record)));
         first = false;
     });
     put(to, "\n}\n");
@@ -121,6 +115,11 @@ void writeTableReport(const RowSource &rows)
 }
 
 } // namespace
+
+std::string compact(const Json &json)
+{
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
 
 std::string cellOf(const Json &value)
 {

@@ -21,6 +21,9 @@ enum class ReportForm {
 
 void writeReport(ReportForm form, const Columns &columns, const RowSource &rows, std::FILE *to);
 
+// On one line. Bytes that are no UTF-8, as old texts may hold, are replaced: a report never fails for
+// them.
+std::string compact(const Json &json);
 // The cell of a CSV report: lines of a value with line breaks between them.
 std::string cellOf(const Json &value);
 // The column of a fixed name.

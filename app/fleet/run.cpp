@@ -65,7 +65,7 @@ void addRunOptions(CLI::App *verb, RunArguments &arguments)
 }
 
 Run::Run(const Options &options, const RunArguments &arguments, const std::string &command,
-         std::vector<std::string> keys)
+         std::vector<std::string> keys, Journal::Keeping keeping)
     : m_options(options), m_arguments(arguments), m_keys(std::move(keys))
 {
     if (m_keys.empty()) return;
@@ -80,7 +80,8 @@ Run::Run(const Options &options, const RunArguments &arguments, const std::strin
         throw Problem("nothing to resume: no interrupted run of this very command, in this "
                       "folder, is known");
     m_journal = std::make_unique<Journal>(
-        m_path, command, arguments.resume ? Journal::Start::resume : Journal::Start::fresh, m_keys);
+        m_path, command, arguments.resume ? Journal::Start::resume : Journal::Start::fresh, keeping,
+        m_keys);
 }
 
 Run::~Run()

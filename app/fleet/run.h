@@ -33,9 +33,10 @@ struct RunEnd {
 class Run {
 public:
     // `keys` name the items, each once. `command` is the verb with all that its results depend on; it
-    // must be the same for a run to be resumed.
+    // must be the same for a run to be resumed. `keeping` in batches is for what only reads or may be
+    // done twice: a process that is killed forgets the last of them.
     Run(const Options &options, const RunArguments &arguments, const std::string &command,
-        std::vector<std::string> keys);
+        std::vector<std::string> keys, Journal::Keeping keeping = Journal::Keeping::each);
     // A journal that was not asked for goes when there is nothing left to resume.
     ~Run();
     Run(const Run &) = delete;

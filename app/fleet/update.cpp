@@ -130,11 +130,8 @@ std::string updateFile(Workspace &work, const UpdateArguments &arguments, bool d
         work.save();
         if (images) images->changed(path, sumOf(readFile(path)));
     } else if (images) {
-        const auto begun = images->begun(path);
-        if (begun && *begun != sumOf(before)) { // saved by the run that was killed
-            images->changed(path, sumOf(before));
+        if (images->wasChanged(path, sumOf(before))) // by the run that was killed
             update.result = Result::updated;
-        }
     }
     return resultText(std::move(update));
 }
