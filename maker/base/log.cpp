@@ -81,7 +81,7 @@ LoggerStream::~LoggerStream() { close(); }
 void LoggerStream::close()
 {
     if (!isActive()) return;
-    Record record{m_logger->name(), m_text.str()};
+    Record record{m_logger->name(), m_text->str()};
     m_logger = nullptr;
     if (record.text.ends_with('\n')) record.text.pop_back();
     if (state().sink)

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <initializer_list>
+#include <optional>
 #include <ostream>
 #include <sstream>
 #include <string>
@@ -37,7 +38,12 @@ DllExport std::vector<Logger *> loggers(); // all that exist, in order of constr
 // One message. It is a record of its own when the stream is closed, by close() or the destructor.
 class DllExport LoggerStream {
 public:
-    explicit LoggerStream(Logger &logger) : m_logger(logger.isOn() ? &logger : nullptr) {}
+    explicit LoggerStream(Logger &logger)
+    {
+        if (!logger.isOn()) return;
+        m_logger = &logger;
+        m_text.emplace();
+    }
     ~LoggerStream();
     LoggerStream(const LoggerStream &) = delete;
     LoggerStream &operator=(const LoggerStream &) = delete;
@@ -49,18 +55,19 @@ public:
 
     template <class T> LoggerStream &operator<<(const T &part)
     {
-        if (isActive()) m_text << part;
+        if (isActive()) *m_text << part;
         return *this;
     }
     LoggerStream &operator<<(std::ostream &(*manipulator)(std::ostream &))
     {
-        if (isActive()) m_text << manipulator;
+        if (isActive()) *m_text << manipulator;
         return *this;
     }
 
 private:
-    Logger *m_logger;
-    std::ostringstream m_text;
+    Logger *m_logger = nullptr;
+    std::optional<std::ostringstream>
+        m_text; // a stream is dear to make: none for a logger that is off
 };
 
 struct Record {
