@@ -8,6 +8,7 @@
 
 #include <array>
 #include <climits>
+#include <cstdio>
 #include <functional>
 #include <random>
 #include <stdexcept>
@@ -41,8 +42,7 @@ protected:
         ASSERT_EQ(UF_DRAW_delete_drawing(dead), 0);
         story.open(sheet);
         g_meanwhile = [this] { meanwhile(); };
-        m_tags = {sheet, sheet,  sheet,        sheet, m_second,   m_second,
-                  dead,  m_note, story.part(), 0,     4000000000u};
+        m_bad = {dead, m_note, story.part(), 0, 4000000000u};
     }
 
     void run(unsigned calls, unsigned seed)
@@ -55,60 +55,76 @@ protected:
             if (HasFailure()) return;
         }
         reopen();
+        // It is no test when nothing ever succeeds, fails, or happens inside a callback.
+        EXPECT_GT(m_succeeded, calls / 3);
+        EXPECT_GT(m_failed, calls / 10);
+        EXPECT_GT(m_nested, calls / 200);
+        EXPECT_GT(m_thrown, 0u);
+        std::printf("%u succeeded, %u failed, %u inside callbacks, %u threw\n", m_succeeded,
+                    m_failed, m_nested, m_thrown);
     }
 
 private:
-    template <class T, std::size_t N> const T &one(const std::array<T, N> &of)
-    {
-        return of[below(static_cast<unsigned>(N))];
-    }
     unsigned below(unsigned n)
     {
         return std::uniform_int_distribution<unsigned>(0, n - 1)(m_random);
     }
-    unsigned tag() { return m_tags[below(static_cast<unsigned>(m_tags.size()))]; }
-    const char *format() { return one<const char *, 5>({"F", "F", "G", "", nullptr}); }
-    const char *size() { return one<const char *, 5>({"A3", "A4", "A9", "", nullptr}); }
+    template <class T> T one(std::initializer_list<T> of) { return of.begin()[below(of.size())]; }
+    // Four calls of five are careful: their arguments are good ones.
+    template <class T> T one(std::initializer_list<T> good, std::initializer_list<T> bad)
+    {
+        return m_careful || below(3) ? one(good) : one(bad);
+    }
+
+    unsigned tag()
+    {
+        return m_careful || below(3) ? one({sheet, sheet, m_second}) : m_bad[below(m_bad.size())];
+    }
+    const char *format() { return one({"F"}, {"G", "", static_cast<const char *>(nullptr)}); }
+    const char *size() { return one({"A3", "A4"}, {"A9", "", static_cast<const char *>(nullptr)}); }
     const char *block()
     {
-        return one<const char *, 8>(
-            {"TITLE", "TITLE", "TITLE", "TITLE", "NOTE", "GONE", "", nullptr});
+        return one({"TITLE", "TITLE", "TITLE", "NOTE"},
+                   {"GONE", "ELSEWHERE", "", static_cast<const char *>(nullptr)});
     }
-    const char *field() { return one<const char *, 6>({"NAME", "LANG", "NAME", "X", "", nullptr}); }
-    const char *table()
+    const char *field()
     {
-        return one<const char *, 6>({"REV", "REV", "REV", "TITLE", "", nullptr});
+        return one({"NAME", "LANG"}, {"X", "", static_cast<const char *>(nullptr)});
     }
-    const char *column() { return one<const char *, 6>({"NO", "TEXT", "NO", "X", "", nullptr}); }
-    int row() { return one<int, 8>({0, 0, 1, 2, 5, -1, INT_MAX, INT_MIN}); }
+    const char *table() { return one({"REV"}, {"TITLE", "", static_cast<const char *>(nullptr)}); }
+    const char *column()
+    {
+        return one({"NO", "TEXT"}, {"X", "", static_cast<const char *>(nullptr)});
+    }
+    int row() { return one({0, 0, 1, 2}, {500, -1, INT_MAX, INT_MIN}); }
+    char flag() { return static_cast<char>(below(256)); }
     const double *place()
     {
         static constexpr double kPlaces[][3] = {
             {0, 0, 0}, {70, 80, 9}, {-1e6, 1e6, 0}, {1e-9, 3, 1}};
-        return below(6) == 0 ? nullptr : kPlaces[below(4)];
+        return m_careful || below(3) ? kPlaces[below(4)] : nullptr;
     }
+    template <class T> T *pointer(T *good) { return m_careful || below(3) ? good : nullptr; }
 
     // Up to four lines of any length; null texts, a negative number and a missing array among them.
     const TRV_FMT_value_list_t *value()
     {
         static const std::string kLong(70000, 'x');
-        if (below(12) == 0) return nullptr;
         m_texts.fill(nullptr);
         for (char *&text : m_texts)
             text = const_cast<char *>(
-                one<const char *, 7>({"one", "", "two words", nullptr, "\xe9\xff", "<W@TITLE>",
-                                      below(40) ? "x" : kLong.c_str()}));
+                one<const char *>({"one", "", "two words", nullptr, "\xe9\xff", "<W@TITLE>",
+                                   below(40) ? "x" : kLong.c_str()}));
         m_value = {static_cast<int>(below(5)), m_texts.data()};
-        if (below(20) == 0) m_value.num_values = -1;
-        if (below(20) == 0) m_value.values = nullptr;
-        return &m_value;
+        if (!m_careful && below(5) == 0) m_value.num_values = -1;
+        if (!m_careful && below(5) == 0) m_value.values = nullptr;
+        return pointer(&m_value);
     }
 
     template <class Ask> int asked(Ask &&ask)
     {
-        if (below(10) == 0) return ask(static_cast<TRV_FMT_value_list_t *>(nullptr));
         TRV_FMT_value_list_t list{0, nullptr};
-        const int status = ask(&list);
+        const int status = ask(pointer(&list));
         for (int i = 0; i < list.num_values; ++i) EXPECT_NE(list.values[i], nullptr);
         TRV_FMT_free_value(&list);
         return status;
@@ -116,128 +132,123 @@ private:
     template <class Out, class Ask> int answered(Ask &&ask)
     {
         Out out{};
-        return ask(below(10) == 0 ? static_cast<Out *>(nullptr) : &out);
+        return ask(pointer(&out));
     }
 
-    int callFormats(unsigned which)
-    {
-        char buffer[2][TRV_FMT_MAX_ID_BUFSIZE];
-        switch (which) {
-        case 0:
-            return TRV_FMT_add_format(tag(), format(), size());
-        case 1:
-            return TRV_FMT_ask_format(tag(), below(9) ? buffer[0] : nullptr, buffer[1]);
-        case 2:
-            return below(10) ? 0 : TRV_FMT_delete_format(tag()); // seldom: it empties the sheet
-        case 3:
-            return TRV_FMT_update(tag());
-        case 4:
-            return TRV_FMT_recreate_notes(tag());
-        case 5:
-            return TRV_FMT_verify_block_locations(tag());
-        case 6:
-            return below(3) ? 0 : TRV_FMT_add_block(tag(), block());
-        case 7:
-            return below(2) ? 0 : TRV_FMT_delete_block(tag(), block());
-        case 8:
-            return asked([&](auto *list) { return TRV_FMT_ask_blocks_on_drawing(tag(), list); });
-        default:
-            return QEL_FMT_move_block(tag(), block(), place());
-        }
-    }
-    int callFields(unsigned which)
-    {
-        switch (which) {
-        case 0:
-            return asked(
-                [&](auto *list) { return TRV_FMT_ask_field_value(tag(), block(), field(), list); });
-        case 1:
-            return TRV_FMT_set_field_value(tag(), block(), field(), value());
-        case 2:
-            return QEL_FMT_set_field_editable(tag(), block(), field(),
-                                              static_cast<char>(below(256)));
-        default:
-            return answered<char>([&](char *out) {
-                return QEL_FMT_get_field_editable(tag(), block(), field(), out);
-            });
-        }
-    }
-    int callTables(unsigned which)
-    {
-        switch (which) {
-        case 0:
-            return asked([&](auto *list) {
-                return TRV_FMT_ask_table_value(tag(), block(), table(), row(), column(), list);
-            });
-        case 1:
-            return TRV_FMT_set_table_value(tag(), block(), table(), row(), column(), value());
-        case 2:
-            return QEL_FMT_set_table_field_editable(tag(), block(), table(), row(), column(),
-                                                    static_cast<char>(below(256)));
-        case 3:
-            return answered<char>([&](char *out) {
-                return QEL_FMT_get_table_field_editable(tag(), block(), table(), row(), column(),
-                                                        out);
-            });
-        case 4:
-            return below(2) ? 0 : TRV_FMT_add_entry(tag(), block(), table());
-        case 5:
-            return TRV_FMT_delete_entry(tag(), block(), table(), row());
-        case 6:
-            return answered<int>([&](int *out) {
-                return TRV_FMT_ask_number_table_entries(tag(), block(), table(), out);
-            });
-        default:
-            return TRV_FMT_place_symbol(tag(), block(), table(), row(), place());
-        }
-    }
-    int callLife(unsigned which)
-    {
-        switch (which) {
-        case 0:
-            return TRV_FMT_terminate();
-        case 1:
-            return QEL_FMT_initialize(static_cast<char>(below(2)));
-        case 2:
-            QEL_FMT_set_add_block_cb(below(2) ? answerBlock : nullptr);
-            g_answer = static_cast<int>(below(3)) - 1;
-            return 0;
-        case 3:
-            QEL_FMT_set_append_entry_cb(below(2) ? noteRow : nullptr);
-            return 0;
-        case 4:
-            TRV_FMT_free_value(nullptr);
-            return 0;
-        default:
-            ufsta();
-            return 0;
-        }
-    }
+    struct Call {
+        double weight;
+        std::function<int()> make;
+    };
+    const std::vector<Call> m_calls{
+        {6, [this] { return TRV_FMT_add_format(tag(), format(), size()); }},
+        {3,
+         [this] {
+             char buffer[2][TRV_FMT_MAX_ID_BUFSIZE];
+             return TRV_FMT_ask_format(tag(), pointer(buffer[0]), pointer(buffer[1]));
+         }},
+        {0.3, [this] { return TRV_FMT_delete_format(tag()); }}, // seldom: it empties the sheet
+        {2, [this] { return TRV_FMT_update(tag()); }},
+        {1, [this] { return TRV_FMT_recreate_notes(tag()); }},
+        {2, [this] { return TRV_FMT_verify_block_locations(tag()); }},
+        {3, [this] { return TRV_FMT_add_block(tag(), block()); }},
+        {3, [this] { return TRV_FMT_delete_block(tag(), block()); }},
+        {4,
+         [this] {
+             return asked([&](auto *list) { return TRV_FMT_ask_blocks_on_drawing(tag(), list); });
+         }},
+        {4, [this] { return QEL_FMT_move_block(tag(), block(), place()); }},
+        {6,
+         [this] {
+             return asked([&](auto *list) {
+                 return TRV_FMT_ask_field_value(tag(), block(), field(), list);
+             });
+         }},
+        {6, [this] { return TRV_FMT_set_field_value(tag(), block(), field(), value()); }},
+        {4, [this] { return QEL_FMT_set_field_editable(tag(), block(), field(), flag()); }},
+        {4,
+         [this] {
+             return answered<char>([&](char *out) {
+                 return QEL_FMT_get_field_editable(tag(), block(), field(), out);
+             });
+         }},
+        {6,
+         [this] {
+             return asked([&](auto *list) {
+                 return TRV_FMT_ask_table_value(tag(), block(), table(), row(), column(), list);
+             });
+         }},
+        {6,
+         [this] {
+             return TRV_FMT_set_table_value(tag(), block(), table(), row(), column(), value());
+         }},
+        {4,
+         [this] {
+             return QEL_FMT_set_table_field_editable(tag(), block(), table(), row(), column(),
+                                                     flag());
+         }},
+        {4,
+         [this] {
+             return answered<char>([&](char *out) {
+                 return QEL_FMT_get_table_field_editable(tag(), block(), table(), row(), column(),
+                                                         out);
+             });
+         }},
+        {6, [this] { return TRV_FMT_add_entry(tag(), block(), table()); }},
+        {6, [this] { return TRV_FMT_delete_entry(tag(), block(), table(), row()); }},
+        {4,
+         [this] {
+             return answered<int>([&](int *out) {
+                 return TRV_FMT_ask_number_table_entries(tag(), block(), table(), out);
+             });
+         }},
+        {4, [this] { return TRV_FMT_place_symbol(tag(), block(), table(), row(), place()); }},
+        {0.3, [] { return TRV_FMT_terminate(); }},
+        {0.3, [this] { return QEL_FMT_initialize(static_cast<char>(below(2))); }},
+        {2,
+         [this] {
+             EXPECT_EQ(TRV_FMT_terminate(), 0); // most of what follows needs definitions
+             return TRV_FMT_initialize();
+         }},
+        {2,
+         [this] {
+             QEL_FMT_set_add_block_cb(below(4) ? answerBlock : nullptr);
+             g_answer = static_cast<int>(below(3)) - 1;
+             return 0;
+         }},
+        {2,
+         [this] {
+             QEL_FMT_set_append_entry_cb(below(4) ? noteRow : nullptr);
+             return 0;
+         }},
+        {1,
+         [] {
+             TRV_FMT_free_value(nullptr);
+             ufsta();
+             return 0;
+         }},
+    };
 
     int callAny()
     {
-        const unsigned kind = below(100);
-        if (kind < 35) return callFormats(below(10));
-        if (kind < 60) return callFields(below(4));
-        if (kind < 99) return callTables(below(8));
-        const int status = callLife(below(6));
-        // Most of what follows needs definitions.
-        if (below(3)) {
-            EXPECT_EQ(TRV_FMT_terminate(), 0);
-            EXPECT_EQ(TRV_FMT_initialize(), 0);
-        }
-        return status;
+        std::vector<double> weights;
+        for (const Call &call : m_calls) weights.push_back(call.weight);
+        const auto which =
+            std::discrete_distribution<std::size_t>(weights.begin(), weights.end())(m_random);
+        m_careful = below(5) != 0;
+        return m_calls[which].make();
     }
 
     // Inside a callback: mostly nothing, else any call, or an exception of each kind.
     void meanwhile()
     {
-        if (m_depth == 3 || below(3)) return;
+        if (m_depth == 3 || below(2)) return;
         ++m_depth;
+        ++m_nested;
         callOnce();
         --m_depth;
         QelFmt::api::lastError() = kUntouched; // what the outer call says must be its own
         if (below(10)) return;
+        ++m_thrown;
         if (below(2)) throw UgException(UF_err_unknown_tag);
         if (below(2)) throw std::runtime_error("the callback gave up");
         throw 5;
@@ -253,6 +264,7 @@ private:
             EXPECT_EQ(number, 5); // the only thing that passes through
         }
         const std::string text = TRV_FMT_ask_last_error();
+        ++(status == 0 ? m_succeeded : m_failed);
         if (status == 0) return;
         EXPECT_EQ(status, 1);
         EXPECT_NE(text, kUntouched) << "a failure without a text of its own";
@@ -262,22 +274,21 @@ private:
     void reopen()
     {
         const std::string before = nxhost::listPart(story.part());
+        m_bad[0] = sheet; // no drawing any more
         story.saveAndReopen();
         EXPECT_EQ(nxhost::difference(before, nxhost::listPart(story.part())), "");
         sheet = story.sheet(0);
         m_second = story.sheet(1);
-        // The tags from before are no drawings any more: they stay among the bad ones.
-        m_tags[6] = m_tags[0];
-        for (std::size_t i = 0; i < 4; ++i) m_tags[i] = sheet;
-        m_tags[4] = m_tags[5] = m_second;
-        m_tags[8] = story.part();
+        m_bad[2] = story.part();
     }
 
     std::mt19937 m_random;
     unsigned m_depth = 0; // of calls inside callbacks
+    unsigned m_succeeded = 0, m_failed = 0, m_nested = 0, m_thrown = 0;
     tag_t m_second = NULL_TAG;
     tag_t m_note = NULL_TAG;
-    std::vector<unsigned> m_tags;
+    std::vector<unsigned> m_bad; // tags of no drawing
+    bool m_careful = true;
     std::array<char *, 4> m_texts{};
     TRV_FMT_value_list_t m_value{};
 };
