@@ -15,7 +15,7 @@ using Texts = std::vector<std::string>;
 
 // Format F in the sizes A3 and A4 requires block TITLE, which has the fields NAME (typed) and LANG ("en") and
 // the table REV with the fields NO and TEXT. Block NOTE has nothing. All at (10, 10) from the lower left. Block
-// ELSEWHERE has a place on another format only.
+// ELSEWHERE has a place on another format only. A format of 300 times L has a size of 300 times S.
 class InterfaceStory : public testing::Test {
 protected:
     void SetUp() override
@@ -47,6 +47,8 @@ protected:
             title.AddTableDefinition(table);
             makeBlock("NOTE");
             makeBlock("ELSEWHERE", "G");
+            // No size of a buffer is enough for these.
+            makeFormat(std::string(300, 'L'), {std::string(300, 'S')});
         });
         ASSERT_EQ(TRV_FMT_initialize(), 0) << TRV_FMT_ask_last_error();
         sheet = story.newSheet();

@@ -16,6 +16,7 @@
     test(TheStartUpExitMayRunAgain) \
     test(AFormatIsPlacedAskedAndDeleted) \
     test(FormatErrorsNameWhatIsMissing) \
+    test(LongNamesAreCutForTheBuffers) \
     test(UpdatingChangesNothingThatIsUpToDate) \
     test(BlocksAreAddedListedMovedAndDeleted) \
     test(BlockErrorsNameWhatIsMissing) \

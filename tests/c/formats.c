@@ -48,6 +48,22 @@ void c_FormatErrorsNameWhatIsMissing(void)
     FAILS(TRV_FMT_ask_format(sheet, format, NULL), "Invalid argument");
 }
 
+/* 255 of 300 characters and the NUL; what stands behind the buffers stays. */
+void c_LongNamesAreCutForTheBuffers(void)
+{
+    char format[TRV_FMT_MAX_ID_BUFSIZE + 1], size[TRV_FMT_MAX_ID_BUFSIZE + 1];
+    char long_format[301], long_size[301];
+    memset(long_format, 'L', 300);
+    memset(long_size, 'S', 300);
+    long_format[300] = long_size[300] = '\0';
+    format[TRV_FMT_MAX_ID_BUFSIZE] = size[TRV_FMT_MAX_ID_BUFSIZE] = '#';
+    SUCCEEDS(TRV_FMT_add_format(world_sheet(), long_format, long_size));
+    SUCCEEDS(TRV_FMT_ask_format(world_sheet(), format, size));
+    HOLDS(strlen(format) == 255 && strncmp(format, long_format, 255) == 0);
+    HOLDS(strlen(size) == 255 && strncmp(size, long_size, 255) == 0);
+    HOLDS(format[TRV_FMT_MAX_ID_BUFSIZE] == '#' && size[TRV_FMT_MAX_ID_BUFSIZE] == '#');
+}
+
 void c_UpdatingChangesNothingThatIsUpToDate(void)
 {
     const unsigned int sheet = world_sheet();
