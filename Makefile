@@ -62,6 +62,11 @@ docs: bootstrap ## the reference pages of the C interface: build/docs/html/index
 	@scripts/bootstrap docs
 	@scripts/make-docs build/docs
 
+bench: bootstrap ## measure the command, the library and the host; writes docs/performance.md
+	$(call configure,release)
+	@cmake --build build/release -j$(JOBS) --target qelfmt_app benches
+	@bench/side_by_side/measure build/release -o docs/performance.md
+
 package: bootstrap ## Debian packages: library, headers, command
 	@scripts/bootstrap docs
 	$(call configure,release)
