@@ -69,7 +69,7 @@ std::optional<Misfit> misfitOf(const TrFieldBase &field, CellHeight height)
     return found;
 }
 
-std::string describe(const Misfit &misfit)
+std::string excessOf(const Misfit &misfit)
 {
     std::string over;
     if (misfit.tooWide > 0.0) over = fmt::format("{:.2f} too wide", misfit.tooWide);
@@ -79,10 +79,13 @@ std::string describe(const Misfit &misfit)
         misfit.cellHeight > 0.0
             ? fmt::format(" of {:g} x {:g}", misfit.cellWidth, misfit.cellHeight)
             : fmt::format(", {:g} wide", misfit.cellWidth);
-    return fmt::format(
-        "the text is {} for its cell{}: shorten it, or give the cell more room in the "
-        "definition",
-        over, cell);
+    return fmt::format("is {} for its cell{}", over, cell);
+}
+
+std::string describe(const Misfit &misfit)
+{
+    return fmt::format("the text {}: shorten it, or give the cell more room in the definition",
+                       excessOf(misfit));
 }
 
 Json toJson(const Misfit &misfit)

@@ -21,8 +21,9 @@ enum class CellHeight { fixed, grows }; // rows of tables grow with their text
 
 // Empty when the text fits, and for a field without a note or without a cell.
 std::optional<Misfit> misfitOf(const TrFieldBase &field, CellHeight height = CellHeight::fixed);
-// "the text is 12.3 too wide for its cell of 60 x 9"
+// "the text is 12.30 too wide for its cell of 60 x 9", and what to do about it
 std::string describe(const Misfit &misfit);
+std::string excessOf(const Misfit &misfit); // "is 12.30 too wide for its cell of 60 x 9"
 Json toJson(const Misfit &misfit);
 
 } // namespace app

@@ -1,5 +1,7 @@
 // fill: many values at once, from a data file.
 #include "app/fill.h"
+#include "app/fleet/fill_report.h"
+#include "app/fleet/report_rows.h"
 #include "app/formats.h"
 #include "app/output.h"
 #include "app/sheet_command.h"
@@ -12,7 +14,9 @@ namespace app {
 namespace {
 
 struct FillArguments {
-    SheetTarget target;
+    fleet::PathArguments paths;
+    fleet::RunArguments run;
+    std::string sheet;
     std::string data;
     std::string record;
     bool complete = false;
@@ -45,10 +49,19 @@ void printReport(const Options &options, const std::string &place, const FillRep
     printMisfits(options, place, report.misfits);
 }
 
-int fill(const Options &options, const FillArguments &arguments)
+int fillSheet(const Options &options, const FillArguments &arguments)
 {
+    const auto &run = arguments.run;
+    const fleet::PathArguments &paths = arguments.paths;
+    if (paths.paths.size() != 1 || !paths.filesFrom.empty() || !paths.shard.empty() ||
+        run.jobs != 0 || !run.journal.empty() || run.resume)
+        throw Problem(arguments.data +
+                          ": is no report of 'qelfmt report' with a file and a sheet a "
+                          "row: its values are for the one drawing that is named",
+                      kUsage);
     const DataFile data = readData(arguments.data, arguments.record);
-    return changeSheet(options, arguments.target, [&](Workspace &work, const SheetRef &sheet) {
+    const SheetTarget target{paths.paths.front(), arguments.sheet};
+    return changeSheet(options, target, [&](Workspace &work, const SheetRef &sheet) {
         const FillReport report = fillIn(work, sheet, data, arguments.force);
         const std::string place = placeOf(work, sheet);
         printReport(options, place, report);
@@ -61,19 +74,34 @@ int fill(const Options &options, const FillArguments &arguments)
     });
 }
 
+// A record is chosen from data for one sheet; the rows of a report choose their sheets themselves.
+int fill(const Options &options, const FillArguments &arguments)
+{
+    if (!arguments.record.empty() || !arguments.sheet.empty() || !fleet::isReport(arguments.data))
+        return fillSheet(options, arguments);
+    if (arguments.complete)
+        throw Problem("--complete: a report may leave fields out: leave the option out", kUsage);
+    return fleet::fillFromReport(options, {arguments.paths, arguments.run, arguments.data,
+                                           arguments.force, arguments.strict});
+}
+
 } // namespace
 
 void addFillVerb(Command command)
 {
     auto arguments = std::make_shared<FillArguments>();
-    CLI::App *verb = command.parser.add_subcommand("fill", "Set many values from a data file");
-    addTarget(verb, arguments->target);
-    verb->add_option("--data", arguments->data, "FILE.json or FILE.csv with field values")
+    CLI::App *verb =
+        command.parser.add_subcommand("fill", "Set many values from a data file, or from a report");
+    fleet::addPathOptions(verb, arguments->paths);
+    verb->add_option("-s,--sheet", arguments->sheet, "The sheet; not needed when there is one");
+    verb->add_option("--data", arguments->data,
+                     "FILE.json or FILE.csv with field values, or a changed report")
         ->required();
     verb->add_option("--record", arguments->record, "Which record of the file to take");
     verb->add_flag("--complete", arguments->complete, "Refuse data that leaves fields out");
     verb->add_flag("--strict", arguments->strict, "Refuse values that do not fit their cells");
     verb->add_flag("--force", arguments->force, "Also locked fields");
+    fleet::addRunOptions(verb, arguments->run);
     verb->callback([=] {
         command.chosen = [=, &options = command.options] { return fill(options, *arguments); };
     });
