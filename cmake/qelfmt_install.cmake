@@ -134,13 +134,13 @@ set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS OFF)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libqelfmt1)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_RECOMMENDS fonts-osifont)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SUGGESTS qelfmt)
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA "${CMAKE_SOURCE_DIR}/cmake/package/triggers")
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA "${CMAKE_SOURCE_DIR}/cmake/package/triggers"
+    "${CMAKE_SOURCE_DIR}/cmake/package/shlibs")
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME libqelfmt-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS
@@ -148,14 +148,11 @@ set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME qelfmt)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "libqelfmt1 (= ${PROJECT_VERSION}), fonts-osifont")
-set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "Drawing formats on CAD drawing sheets: shared libraries
-qelfmt places frames, title blocks, revision tables and symbols on drawing sheets, fills them and keeps
-them up to date with their definitions. These are its libraries, with the embedded host that needs no CAD
-system.")
-set(CPACK_COMPONENT_DEV_DESCRIPTION "Drawing formats on CAD drawing sheets: headers
-Headers, CMake and pkg-config files, the reference pages of the C interface and examples in C, C++ and
-Python.")
-set(CPACK_COMPONENT_TOOLS_DESCRIPTION "Drawing formats on CAD drawing sheets: the command
-The command qelfmt with its shipped definitions (ISO and ASME sheets and title blocks), manual page and
-completion.")
+set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "qelfmt places frames, title blocks, revision tables and symbols on drawing
+sheets, fills them and keeps them up to date with their definitions. These
+are its libraries, with the embedded host that needs no CAD system.")
+set(CPACK_COMPONENT_DEV_DESCRIPTION "Headers of the qelfmt libraries, CMake and pkg-config files, the reference
+pages of the C interface and examples in C, C++ and Python.")
+set(CPACK_COMPONENT_TOOLS_DESCRIPTION "The command qelfmt with its shipped definitions (ISO and ASME sheets and
+title blocks), manual page and completion.")
 include(CPack)
