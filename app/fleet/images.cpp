@@ -63,15 +63,16 @@ std::string absolutePath(const std::string &path)
 Images::Images(const std::string &journal) : m_connection(journal)
 {
     m_connection.run("PRAGMA synchronous=FULL;"
-                     "CREATE TABLE IF NOT EXISTS image(path TEXT PRIMARY KEY, length INT,"
+                     "CREATE TABLE IF NOT EXISTS image(path TEXT PRIMARY KEY, key TEXT, length INT,"
                      " before BLOB, before_sum TEXT, after_sum TEXT)");
 }
 
 void Images::keep(const std::string &path, const std::string &bytes)
 {
-    Statement(m_connection, "INSERT OR REPLACE INTO image VALUES(?,?,?,?,NULL)")
-        .bind(std::string_view(absolutePath(path)), static_cast<std::int64_t>(bytes.size()),
-              std::string_view(packed(bytes)), std::string_view(sumOf(bytes)))
+    Statement(m_connection, "INSERT OR REPLACE INTO image VALUES(?,?,?,?,?,NULL)")
+        .bind(std::string_view(absolutePath(path)), std::string_view(path),
+              static_cast<std::int64_t>(bytes.size()), std::string_view(packed(bytes)),
+              std::string_view(sumOf(bytes)))
         .run();
 }
 
@@ -106,7 +107,14 @@ void Images::each(const std::function<void(const Image &)> &take)
 
 void Images::putBack(const std::string &path)
 {
-    Statement(m_connection, "DELETE FROM image WHERE path=?").bind(std::string_view(path)).run();
+    const std::string_view name(path);
+    m_connection.run("BEGIN");
+    Statement(m_connection, "UPDATE item SET state=0,result=NULL WHERE key=(SELECT key FROM image "
+                            "WHERE path=?)")
+        .bind(name)
+        .run();
+    Statement(m_connection, "DELETE FROM image WHERE path=?").bind(name).run();
+    m_connection.run("COMMIT");
 }
 
 } // namespace app::fleet

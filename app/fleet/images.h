@@ -34,7 +34,8 @@ public:
     bool wasChanged(const std::string &path, const ContentSum &now);
 
     void each(const std::function<void(const Image &)> &take);
-    void putBack(const std::string &path); // recorded: undone once
+    // Recorded: it is undone once, and the command has it before it again when it is resumed.
+    void putBack(const std::string &path);
 
 private:
     Connection m_connection;

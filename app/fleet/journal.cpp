@@ -16,13 +16,19 @@ namespace fs = std::filesystem;
 constexpr std::int64_t kApplicationId = 0x716c6f67; // "qlog"
 constexpr auto kBatchTime = std::chrono::milliseconds(200);
 
-std::string fresh(const std::string &path, Journal::Start start)
+void removeWriteAheadLog(const std::string &path)
 {
-    if (start == Journal::Start::fresh) {
-        removeJournal(path);
-    } else if (!path.empty() && !fs::exists(path)) {
-        throw Problem(fmt::format("{}: there is no such journal: nothing to resume", path));
-    }
+    std::error_code ignored; // what is not there needs no removing
+    for (const char *ending : {"-wal", "-shm"}) fs::remove(path + ending, ignored);
+}
+
+// Emptied, not removed: whoever waits for a lock on the file waits for this one.
+std::string prepared(const std::string &path, Journal::Start start)
+{
+    if (path.empty() || start == Journal::Start::resume) return path;
+    removeWriteAheadLog(path);
+    std::error_code absent;
+    fs::resize_file(path, 0, absent);
     return path;
 }
 
@@ -38,7 +44,7 @@ std::uint64_t hashOf(std::string_view text)
 
 Journal::Journal(const std::string &path, const std::string &command, Start start, Keeping keeping,
                  const std::vector<std::string> &keys)
-    : m_connection(fresh(path, start)), m_keeping(keeping)
+    : m_connection(prepared(path, start)), m_keeping(keeping)
 {
     if (start == Start::resume) takeOver(command);
     // What a killed process has committed stays; only a power failure could lose the last results.
@@ -156,8 +162,9 @@ std::string usualJournal(const std::string &command)
 void removeJournal(const std::string &path)
 {
     if (path.empty()) return;
-    std::error_code ignored; // what is not there needs no removing
-    for (const char *ending : {"", "-wal", "-shm"}) fs::remove(path + ending, ignored);
+    std::error_code ignored;
+    fs::remove(path, ignored);
+    removeWriteAheadLog(path);
 }
 
 } // namespace app::fleet

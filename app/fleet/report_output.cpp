@@ -100,15 +100,16 @@ std::string filled(const Json &row)
     return fmt::format("{}/{}", count, row["values"].size());
 }
 
-void writeTableReport(const RowSource &rows)
+void writeTableReport(const Columns &columns, const RowSource &rows)
 {
-    std::vector<std::string> header = fixedColumns();
-    header.insert(header.end() - 1, "filled");
+    const std::string values = "filled";
+    std::vector<std::string> header = chosenFixed(columns);
+    header.insert(header.end() - (header.back() == "rows"), values);
     std::vector<std::vector<std::string>> table;
     rows([&](const Json &row) {
         std::vector<std::string> cells;
         for (const std::string &column : header)
-            cells.push_back(column == "filled" ? filled(row) : fixedCell(row, column));
+            cells.push_back(column == values ? filled(row) : fixedCell(row, column));
         table.push_back(std::move(cells));
     });
     if (!table.empty()) printTable(header, table);
@@ -151,7 +152,7 @@ void writeReport(ReportForm form, const Columns &columns, const RowSource &rows,
 {
     switch (form) {
     case ReportForm::table:
-        return writeTableReport(rows);
+        return writeTableReport(columns, rows);
     case ReportForm::csv:
         return writeCsvReport(columns, rows, to);
     case ReportForm::json:

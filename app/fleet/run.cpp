@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <thread>
@@ -18,6 +19,10 @@ namespace {
 constexpr int kInterruptedStatus = 130; // as shells tell the end by an interrupt
 // What the platform keeps for the life of a process must not add up.
 constexpr std::size_t kItemsPerWorker = 250;
+
+// For the processes of a run that was killed, until each has ended what it had begun.
+constexpr auto kPatience = std::chrono::seconds(60);
+constexpr auto kNoPatience = std::chrono::seconds(0);
 
 volatile std::sig_atomic_t interrupts = 0;
 
@@ -41,6 +46,12 @@ public:
 private:
     struct sigaction m_before {};
 };
+
+// Most messages name the drawing already, by this path or the whole one.
+std::string withName(const std::string &key, const std::string &text)
+{
+    return text.find(key) == std::string::npos ? key + ": " + text : text;
+}
 
 std::size_t workersFor(const RunArguments &arguments)
 {
@@ -68,20 +79,30 @@ Run::Run(const Options &options, const RunArguments &arguments, const std::strin
          std::vector<std::string> keys, Journal::Keeping keeping)
     : m_options(options), m_arguments(arguments), m_keys(std::move(keys))
 {
-    if (m_keys.empty()) return;
-    const bool named = !arguments.journal.empty();
-    m_path = named ? arguments.journal : usualJournal(command);
+    if (!m_keys.empty()) openJournal(command, keeping);
+}
+
+void Run::openJournal(const std::string &command, Journal::Keeping keeping)
+{
+    const bool named = !m_arguments.journal.empty(), resume = m_arguments.resume;
+    m_path = named ? m_arguments.journal : usualJournal(command);
     const bool exists = !m_path.empty() && std::filesystem::exists(m_path);
-    if (named && exists && !arguments.resume)
+    if (named && exists && !resume)
         throw Problem(fmt::format("{}: exists: give --resume to go on with it, or name another "
                                   "journal",
                                   m_path));
-    if (arguments.resume && !exists && !named)
+    if (named && !exists && resume)
+        throw Problem(m_path + ": there is no such journal: nothing to resume");
+    if (resume && !exists)
         throw Problem("nothing to resume: no interrupted run of this very command, in this "
                       "folder, is known");
+    if (!m_path.empty() && !m_lock.take(m_path, resume ? kPatience : kNoPatience)) {
+        if (resume || named)
+            throw Problem(m_path + ": another run is at work with it: wait for its end");
+        m_path.clear(); // the same command twice at a time: this one cannot be resumed
+    }
     m_journal = std::make_unique<Journal>(
-        m_path, command, arguments.resume ? Journal::Start::resume : Journal::Start::fresh, keeping,
-        m_keys);
+        m_path, command, resume ? Journal::Start::resume : Journal::Start::fresh, keeping, m_keys);
 }
 
 Run::~Run()
@@ -119,9 +140,7 @@ RunEnd Run::execute(std::function<Handler()> startWorker)
                 if (!good) {
                     ++end.failed;
                     progress.clear();
-                    const bool named = reply.text.starts_with(m_keys[item]);
-                    fmt::print(stderr, "qelfmt: {}{}\n", named ? "" : m_keys[item] + ": ",
-                               reply.text);
+                    fmt::print(stderr, "qelfmt: {}\n", withName(m_keys[item], reply.text));
                 }
                 progress.ended(m_keys[item]);
             },

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/fleet/journal.h"
+#include "app/fleet/journal_lock.h"
 #include "app/fleet/worker_pool.h"
 #include "app/options.h"
 
@@ -53,10 +54,13 @@ public:
     void each(const std::function<void(const ItemRow &)> &take);
 
 private:
+    void openJournal(const std::string &command, Journal::Keeping keeping);
+
     const Options &m_options;
     RunArguments m_arguments;
     std::vector<std::string> m_keys;
     std::string m_path;
+    JournalLock m_lock;
     std::unique_ptr<Journal> m_journal; // none without items
     bool m_interrupted = false;
 };

@@ -180,9 +180,10 @@ void print(const Options &options, Run &run)
 int update(const Options &options, const UpdateArguments &arguments)
 {
     Run run(options, arguments.run,
-            fmt::format("update {} {} {} --defs {}", joined(arguments.paths.paths, " "),
+            fmt::format("update {} {} {} {} --defs {}", joined(arguments.paths.paths, " "),
                         arguments.paths.filesFrom + arguments.paths.shard,
-                        arguments.force ? "--force" : "", joined(options.definitions, ":")),
+                        arguments.force ? "--force" : "", options.dryRun ? "--dry-run" : "",
+                        joined(options.definitions, ":")),
             collect(arguments.paths));
     if (run.keys().empty()) {
         printNote(options, "no drawings there (*.qdraw)");

@@ -4,6 +4,7 @@
 
 #include "ug_exception.hxx"
 
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -90,6 +91,11 @@ template <class Body> Reply attempt(const Body &body)
 [[noreturn]] void serve(int socket, const std::function<Handler()> &start)
 {
     std::signal(SIGINT, SIG_IGN); // the first process decides what an interrupt ends
+    // What the library prints on its own is no result: those go back through the socket.
+    if (const int nowhere = open("/dev/null", O_WRONLY); nowhere >= 0) {
+        dup2(nowhere, STDOUT_FILENO);
+        close(nowhere);
+    }
     Handler handler;
     const Reply begun = attempt([&] {
         handler = start();
