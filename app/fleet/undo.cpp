@@ -1,5 +1,6 @@
 // undo: puts back the drawings that an update with a journal has changed.
 #include "app/fleet/images.h"
+#include "app/fleet/journal_lock.h"
 #include "app/fleet/output_file.h"
 #include "app/output.h"
 #include "app/problem.h"
@@ -72,6 +73,9 @@ int undo(const Options &options, const std::string &journal)
     if (!std::filesystem::exists(journal))
         throw Problem(journal +
                       ": there is no such journal: name the one given to 'qelfmt update'");
+    JournalLock lock;
+    if (!lock.take(journal, std::chrono::seconds(0)))
+        throw Problem(journal + ": a run is at work with it: wait for its end");
     Images images(journal);
     Json all = Json::array();
     std::vector<std::string> restored;
