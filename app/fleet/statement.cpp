@@ -19,7 +19,7 @@ Connection::Connection(const std::string &path) : m_path(path)
     if (code != SQLITE_OK) {
         const std::string reason = sqlite3_errmsg(m_database);
         sqlite3_close(m_database);
-        throw Problem(fmt::format("{}: the journal cannot be opened: {}", path, reason));
+        throw Problem(fmt::format("{}: cannot be opened: {}", path, reason));
     }
     sqlite3_busy_timeout(m_database, kPatienceMilliseconds);
 }
@@ -33,7 +33,7 @@ void Connection::run(const char *sql)
 
 void Connection::fail() const
 {
-    throw Problem(fmt::format("{}: the journal: {}", m_path, sqlite3_errmsg(m_database)));
+    throw Problem(fmt::format("{}: {}", m_path, sqlite3_errmsg(m_database)));
 }
 
 Statement::Statement(Connection &connection, const char *sql) : m_connection(connection)

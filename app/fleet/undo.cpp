@@ -25,8 +25,9 @@ public:
         sqlite3_busy_timeout(m_connection.handle(), 2000);
         if (sqlite3_exec(m_connection.handle(), "BEGIN IMMEDIATE", nullptr, nullptr, nullptr) !=
             SQLITE_OK)
-            throw Problem(fmt::format("{}: is not put back: {}: close it there and try again", path,
-                                      sqlite3_errmsg(m_connection.handle())));
+            throw Problem(fmt::format(
+                "{}: is not put back: {}: see that nobody is saving it and that it may be written",
+                path, sqlite3_errmsg(m_connection.handle())));
     }
 
 private:
