@@ -2,6 +2,8 @@
 // record of changes stay true.
 #pragma once
 
+#include "attributes.h"
+
 #include "uf_defs.h"
 
 #include <array>
@@ -24,11 +26,6 @@ struct Vec3 {
     double y = 0.0;
     double z = 0.0;
     bool operator==(const Vec3 &) const = default;
-};
-
-struct Attribute {
-    std::string title;
-    std::string value;
 };
 
 // How an object is drawn. Numbers as in uf_obj.h; a line font of 0 is kept and drawn solid.
@@ -188,7 +185,7 @@ struct Object {
     Appearance appearance;
     Tag view = 0;  // the view it depends on; 0 a model object
     Tag owner = 0; // the UDO that owns it
-    std::vector<Attribute> attributes;
+    Attributes attributes;
     Body body;
 
     template <class T> T *as() { return std::get_if<T>(&body); }
@@ -217,7 +214,7 @@ struct Part {
     bool patternDataSaved = false;
     Tag currentSheet = 0;
     Tag fontTable = 0;
-    std::vector<Attribute> attributes;
+    Attributes attributes;
     std::array<int, 257> layerStatus{}; // [1] to [256]
     int workLayer = 1;
     std::uint64_t nextOrdinal = 1;

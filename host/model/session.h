@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string_view>
 #include <unordered_map>
@@ -33,6 +34,14 @@ struct DraftingPreferences {
     std::array<Lettering, 3> otherTexts; // dimension, appended, tolerance: kept, never used
     std::array<double, 3> spaceFactors{1.0, 1.0, 1.0};
 };
+
+// What "W@TITLE", "W!tag@TITLE" and "W!tag@?TITLE" name; nothing when the text is no such reference.
+struct AttributeReference {
+    bool ofObject = false; // else of the part
+    Tag holder = 0;
+    std::string_view title;
+};
+std::optional<AttributeReference> attributeReference(std::string_view reference);
 
 class Session {
 public:
@@ -99,7 +108,7 @@ public:
     void updatePart(Part &part);
 
     // --- attributes: of an object or a part, by tag ----------------------------------------------
-    std::vector<Attribute> &attributesOf(Tag tag);
+    const Attributes &attributesOf(Tag tag);
     const std::string *attribute(Tag tag, std::string_view title);
     void setAttribute(Tag tag, const std::string &title, const std::string &value); // or adds it
     bool removeAttribute(Tag tag, std::string_view title);
@@ -107,6 +116,10 @@ public:
     // --- fonts and text ---------------------------------------------------------------------------
     int addFont(Part &part, const std::string &name);
     std::string evaluated(const Part &part, const std::string &line); // references resolved
+    // The same with somebody else's answers: of a reference without its brackets ("W@TITLE"). Null
+    // leaves it as it stands.
+    using Resolve = std::function<const std::string *(std::string_view reference)>;
+    static std::string evaluated(const std::string &line, const Resolve &resolve);
 
     // --- settings and captures --------------------------------------------------------------------
     DraftingPreferences drafting;

@@ -13,18 +13,34 @@ namespace host {
 
 // --- attributes ---------------------------------------------------------------------------------
 
-std::vector<Attribute> &Session::attributesOf(Tag tag)
+const Attributes &Session::attributesOf(Tag tag)
 {
-    if (Part *part = findPart(tag)) return part->attributes;
+    if (const Part *part = findPart(tag)) return part->attributes;
     return require(tag).attributes;
 }
 
 const std::string *Session::attribute(Tag tag, std::string_view title)
 {
-    for (const Attribute &attribute : attributesOf(tag))
-        if (attribute.title == title) return &attribute.value;
-    return nullptr;
+    const Attributes &attributes = attributesOf(tag);
+    const std::size_t place = attributes.find(title);
+    return place == Attributes::kNone ? nullptr : &attributes[place].value;
 }
+
+namespace {
+
+// Marks the object or the part as changed; what may then be changed.
+Attributes &changing(Session &session, Tag tag)
+{
+    if (Part *part = session.findPart(tag)) {
+        session.changing(*part, "attribute");
+        return part->attributes;
+    }
+    Object &object = session.require(tag);
+    session.changing(object, "attribute");
+    return object.attributes;
+}
+
+} // namespace
 
 void Session::setAttribute(Tag tag, const std::string &title, const std::string &value)
 {
@@ -33,33 +49,19 @@ void Session::setAttribute(Tag tag, const std::string &title, const std::string 
                   UF_err_bad_parameter_number_2);
     host::require(!strictLimits || value.size() <= UF_ATTR_MAX_STRING_LEN,
                   UF_err_bad_parameter_number_3);
-    auto &attributes = attributesOf(tag);
-    const auto found =
-        std::find_if(attributes.begin(), attributes.end(),
-                     [&](const Attribute &attribute) { return attribute.title == title; });
-    if (found != attributes.end() && found->value == value) return;
-    if (Part *part = findPart(tag))
-        changing(*part, "attribute");
-    else
-        changing(require(tag), "attribute");
-    if (found == attributes.end())
-        attributes.push_back({title, value});
-    else
-        found->value = value;
+    const Attributes &there = attributesOf(tag);
+    const std::size_t place = there.find(title);
+    if (place == Attributes::kNone)
+        host::changing(*this, tag).add({title, value});
+    else if (there[place].value != value)
+        host::changing(*this, tag).setValue(place, value);
 }
 
 bool Session::removeAttribute(Tag tag, std::string_view title)
 {
-    auto &attributes = attributesOf(tag);
-    const auto found =
-        std::find_if(attributes.begin(), attributes.end(),
-                     [&](const Attribute &attribute) { return attribute.title == title; });
-    if (found == attributes.end()) return false;
-    if (Part *part = findPart(tag))
-        changing(*part, "attribute");
-    else
-        changing(require(tag), "attribute");
-    attributes.erase(found);
+    const std::size_t place = attributesOf(tag).find(title);
+    if (place == Attributes::kNone) return false;
+    host::changing(*this, tag).remove(place);
     return true;
 }
 
@@ -98,48 +100,67 @@ int Session::addFont(Part &part, const std::string &name)
 
 namespace {
 
-// The text that "<W...>" stands for; null when it is no reference to an attribute, or one to an
-// object that is not there.
-const std::string *resolve(Session &session, const Part &part, std::string_view reference)
+// What a missing attribute stands for.
+const std::string &nothing()
 {
-    static const std::string kNothing;
-    Tag holder = part.tag;
-    std::string_view title = reference.substr(1); // behind the "W"
-    if (title.starts_with('!')) {
-        const char *const end = title.data() + title.size();
-        const auto number = std::from_chars(title.data() + 1, end, holder);
-        if (number.ec != std::errc{} || number.ptr == end || *number.ptr != '@') return nullptr;
-        if (!session.find(holder) && !session.findPart(holder)) return nullptr;
-        title.remove_prefix(static_cast<std::size_t>(number.ptr - title.data()));
-    }
-    if (!title.starts_with('@')) return nullptr;
-    title.remove_prefix(1);
-    if (reference.starts_with("W!") && title.starts_with('?')) title.remove_prefix(1);
-    if (title.empty()) return nullptr;
-    const std::string *value = session.attribute(holder, title);
-    return value ? value : &kNothing;
+    static const std::string text;
+    return text;
 }
 
 } // namespace
 
+std::optional<AttributeReference> attributeReference(std::string_view reference)
+{
+    AttributeReference parsed;
+    std::string_view title = reference.substr(1); // behind the "W"
+    if (title.starts_with('!')) {
+        const char *const end = title.data() + title.size();
+        const auto number = std::from_chars(title.data() + 1, end, parsed.holder);
+        if (number.ec != std::errc{} || number.ptr == end || *number.ptr != '@')
+            return std::nullopt;
+        title.remove_prefix(static_cast<std::size_t>(number.ptr - title.data()));
+        parsed.ofObject = true;
+    }
+    if (!title.starts_with('@')) return std::nullopt;
+    title.remove_prefix(1);
+    if (parsed.ofObject && title.starts_with('?')) title.remove_prefix(1);
+    if (title.empty()) return std::nullopt;
+    parsed.title = title;
+    return parsed;
+}
+
 std::string Session::evaluated(const Part &part, const std::string &line)
+{
+    return evaluated(line, [&](std::string_view text) -> const std::string * {
+        const auto reference = attributeReference(text);
+        if (!reference) return nullptr;
+        const Tag holder = reference->ofObject ? reference->holder : part.tag;
+        if (!find(holder) && !findPart(holder)) return nullptr;
+        const std::string *value = attribute(holder, reference->title);
+        return value ? value : &nothing();
+    });
+}
+
+std::string Session::evaluated(const std::string &line, const Resolve &resolve)
 {
     std::string result;
     const std::string_view text = line;
+    std::size_t close = 0; // the next ">", looked for once
     for (std::size_t at = 0; at < text.size();) {
         if (text[at] == '$' && at + 1 < text.size()) { // a literal bracket
             result.append(text.substr(at, 2));
             at += 2;
             continue;
         }
-        const std::size_t end =
-            text.substr(at).starts_with("<W") ? text.find('>', at) : std::string_view::npos;
-        const std::string *value = end == std::string_view::npos
-                                       ? nullptr
-                                       : resolve(*this, part, text.substr(at + 1, end - at - 1));
+        const std::string *value = nullptr;
+        if (text.substr(at).starts_with("<W")) {
+            if (close <= at) close = text.find('>', at);
+            if (close != std::string_view::npos)
+                value = resolve(text.substr(at + 1, close - at - 1));
+        }
         if (value) {
             result.append(*value);
-            at = end + 1;
+            at = close + 1;
         } else {
             result.push_back(text[at++]);
         }

@@ -34,34 +34,145 @@ Session::Inner::DeletionScope::~DeletionScope()
     m_inner.deadParts.clear();
 }
 
+// A cascade can be as deep as a part has objects: an object waits here, not on the call stack, for those
+// that have to go before it.
+struct Session::Inner::Deletion {
+    enum class Step { begin, dying, linked, owned, inView, done };
+
+    Object *object = nullptr; // its memory stays until the outermost deletion is over
+    Step step = Step::begin;
+    std::vector<Tag> below; // to be deleted in this step
+    std::size_t next = 0;
+    Tag view = 0; // of a sheet
+    std::vector<Callback> updated;
+
+    void waitFor(Step now, std::vector<Tag> tags)
+    {
+        step = now;
+        below = std::move(tags);
+        next = 0;
+    }
+};
+
 void Session::Inner::erase(Object &object)
 {
-    const Tag tag = object.tag;
-    Entry *self = entry(tag);
-    if (!self || self->going) return;
     DeletionScope scope{*this};
-    self->going = true;
+    std::vector<Deletion> waiting(1);
+    waiting.back().object = &object;
+    while (!waiting.empty()) {
+        Object *first = advance(waiting.back());
+        if (first)
+            waiting.emplace_back().object = first;
+        else
+            waiting.pop_back();
+    }
+}
 
+// Goes on until another object has to go first (that one is answered) or the object is gone or stays.
+Object *Session::Inner::advance(Deletion &deletion)
+{
+    using Step = Deletion::Step;
+    Object &object = *deletion.object;
+    for (;;) {
+        if (Object *first = nextBelow(deletion)) return first;
+        // A callback may have closed the part.
+        if (deletion.step != Step::begin && deletion.step < Step::inView &&
+            object.status == Status::deleted)
+            return nullptr;
+        switch (deletion.step) {
+        case Step::begin:
+            if (!beginDeletion(deletion)) return nullptr;
+            break;
+        case Step::dying:
+            if (!object.as<Udo>()) {
+                leave(deletion);
+                break;
+            }
+            entry(object.tag)->ending = true;
+            deletion.waitFor(Step::linked, linkedByType2(object));
+            break;
+        case Step::linked:
+            for (const Link &link : object.as<Udo>()->links) unindexLink(link);
+            object.as<Udo>()->links.clear();
+            deletion.waitFor(Step::owned, std::exchange(object.as<Udo>()->owned, {}));
+            break;
+        case Step::owned:
+            leave(deletion);
+            break;
+        case Step::inView:
+            deletion.step = Step::done;
+            for (const Callback &update : deletion.updated)
+                runUpdateCallback(update.udo, update.link);
+            return nullptr;
+        case Step::done:
+            return nullptr;
+        }
+    }
+}
+
+// The next object that this step deletes; null when they are done.
+Object *Session::Inner::nextBelow(Deletion &deletion)
+{
+    if (deletion.step == Deletion::Step::inView && deletion.next > 0) {
+        // A type-2 holder kept it, condemned: its view is going.
+        const Tag last = deletion.below[deletion.next - 1];
+        Object *kept = last == deletion.view ? nullptr : find(last);
+        if (kept) session.setView(*kept, 0);
+    }
+    while (deletion.next < deletion.below.size()) {
+        Object *object = find(deletion.below[deletion.next++]);
+        if (!object) continue;
+        if (deletion.step == Deletion::Step::owned) {
+            object->owner = 0;
+            object->part->noteChange(*object);
+        }
+        return object;
+    }
+    return nullptr;
+}
+
+// False: it is going already, or stays.
+bool Session::Inner::beginDeletion(Deletion &deletion)
+{
+    Object &object = *deletion.object;
+    Entry *self = entry(object.tag);
+    if (!self || self->going) return false;
+    self->going = true;
     Consequences consequences;
     if (!tellHolders(object, consequences)) {
         if (object.status != Status::deleted) self->going = false;
-        return;
+        return false;
     }
-    dropInboundLinks(tag, false);
-    for (const Tag udo : consequences.dying)
-        if (Object *dying = find(udo)) erase(*dying);
-    if (object.status == Status::deleted) return; // a callback closed the part
-    if (object.as<Udo>()) {
-        self->ending = true;
-        endUdo(object);
-    }
+    dropInboundLinks(object.tag, false);
+    deletion.updated = std::move(consequences.updated);
+    deletion.waitFor(Deletion::Step::dying, std::move(consequences.dying));
+    return true;
+}
+
+std::vector<Tag> Session::Inner::linkedByType2(const Object &udo)
+{
+    std::vector<Tag> targets;
+    for (const Link &link : udo.as<Udo>()->links)
+        if (link.type == 2) targets.push_back(link.target);
+    return targets;
+}
+
+// Nothing hangs below any more: the tag dies. After a sheet nothing can stand in its view.
+void Session::Inner::leave(Deletion &deletion)
+{
+    Object &object = *deletion.object;
     disown(object);
-    dropInboundLinks(tag, true);
+    dropInboundLinks(object.tag, true);
     const Sheet *sheet = object.as<Sheet>();
-    const Tag view = sheet ? sheet->view : 0;
+    deletion.view = sheet ? sheet->view : 0;
+    Part &part = *object.part;
     retire(object);
-    if (view) eraseViewContents(view);
-    for (const Callback &update : consequences.updated) runUpdateCallback(update.udo, update.link);
+    std::vector<Tag> inside;
+    if (const auto found = part.byView.find(deletion.view);
+        deletion.view && found != part.byView.end())
+        for (const auto &[ordinal, member] : found->second) inside.push_back(member->tag);
+    if (deletion.view) inside.push_back(deletion.view);
+    deletion.waitFor(Deletion::Step::inView, std::move(inside));
 }
 
 // Asks the UDOs that link here, in the order in which the links were made. A type-2 holder that
@@ -124,26 +235,6 @@ void Session::Inner::removeInbound(Tag udo, std::uint64_t sequence)
     links.erase(links.begin() + (link - links.data()));
 }
 
-// What hangs below a dying UDO: first what it links by type 2, then what it owns.
-void Session::Inner::endUdo(Object &object)
-{
-    const std::vector<Link> links = object.as<Udo>()->links;
-    for (const Link &link : links) {
-        if (link.type != 2) continue;
-        if (Object *child = find(link.target)) erase(*child);
-    }
-    for (const Link &link : object.as<Udo>()->links) unindexLink(link);
-    object.as<Udo>()->links.clear();
-    const std::vector<Tag> owned = std::exchange(object.as<Udo>()->owned, {});
-    for (const Tag tag : owned) {
-        Object *child = find(tag);
-        if (!child) continue;
-        child->owner = 0;
-        child->part->noteChange(*child);
-        erase(*child);
-    }
-}
-
 // An owned object that a cascade takes leaves its owner's list.
 void Session::Inner::disown(Object &object)
 {
@@ -171,22 +262,6 @@ void Session::Inner::retire(Object &object)
     deadObjects.push_back(std::move(place->second.object));
     entries.erase(place);
     for (const auto &listener : session.retirementListeners) listener(tag);
-}
-
-// After a sheet: nothing can stand in its view any more.
-void Session::Inner::eraseViewContents(Tag view)
-{
-    Object *viewObject = find(view);
-    if (!viewObject) return;
-    std::vector<Tag> inside;
-    if (const auto found = viewObject->part->byView.find(view);
-        found != viewObject->part->byView.end())
-        for (const auto &[ordinal, object] : found->second) inside.push_back(object->tag);
-    for (const Tag tag : inside) {
-        if (Object *object = find(tag)) erase(*object);
-        if (Object *condemned = find(tag)) session.setView(*condemned, 0);
-    }
-    erase(*viewObject);
 }
 
 void Session::Inner::runDeleteCallback(Tag udo, const Link &link)

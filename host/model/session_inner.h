@@ -50,7 +50,7 @@ struct Session::Inner {
 
     // --- deletion
     void erase(Object &object);
-    void eraseViewContents(Tag view);
+    struct Deletion; // of one object, under way
     struct Callback {
         Tag udo;
         Link link;
@@ -61,7 +61,11 @@ struct Session::Inner {
     };
     bool tellHolders(Object &object, Consequences &consequences); // false: it ends condemned
     void dropInboundLinks(Tag target, bool ofLivingHoldersToo);
-    void endUdo(Object &object);
+    Object *advance(Deletion &deletion);
+    Object *nextBelow(Deletion &deletion);
+    bool beginDeletion(Deletion &deletion);
+    static std::vector<Tag> linkedByType2(const Object &udo);
+    void leave(Deletion &deletion);
     void disown(Object &object);
     void retire(Object &object);
     void runDeleteCallback(Tag udo, const Link &link);

@@ -11,6 +11,7 @@
 #include <dlfcn.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
@@ -123,15 +124,53 @@ store::LoadedPart loaded(const std::string &path)
     }
 }
 
+// A pattern does not refer into the part it was made from: what notes say of objects there (or of that
+// part) is what they say now. References to the part that the pattern is placed in stay.
+class FrozenTexts {
+public:
+    explicit FrozenTexts(const store::LoadedPart &part) : m_part(part) {}
+
+    std::string operator()(const std::string &line) const
+    {
+        if (line.find("<W!") == std::string::npos) return line;
+        return Session::evaluated(line, [this](std::string_view text) -> const std::string * {
+            static const std::string nothing;
+            const auto reference = attributeReference(text);
+            if (!reference || !reference->ofObject) return nullptr;
+            const Attributes *attributes = attributesOf(reference->holder);
+            if (!attributes) return nullptr;
+            const std::size_t place = attributes->find(reference->title);
+            return place == Attributes::kNone ? &nothing : &(*attributes)[place].value;
+        });
+    }
+
+private:
+    const Attributes *attributesOf(Tag tag) const
+    {
+        if (tag == m_part.part->tag) return &m_part.part->attributes;
+        const auto found = std::lower_bound( // tags rise
+            m_part.objects.begin(), m_part.objects.end(), tag,
+            [](const auto &object, Tag wanted) { return object->tag < wanted; });
+        return found != m_part.objects.end() && (*found)->tag == tag ? &(*found)->attributes
+                                                                     : nullptr;
+    }
+
+    const store::LoadedPart &m_part;
+};
+
 // A master shows its lines, arcs, filled areas and notes; what is blanked stays hidden.
-void addShape(PatternMaster &master, const Object &object)
+void addShape(PatternMaster &master, const Object &object, const FrozenTexts &frozen)
 {
     if (object.status != Status::alive || object.appearance.blanked) return;
     const Appearance &look = object.appearance;
     if (const Line *line = object.as<Line>()) master.shapes.push_back({look, *line});
     if (const Arc *arc = object.as<Arc>()) master.shapes.push_back({look, *arc});
     if (const Area *area = object.as<Area>()) master.shapes.push_back({look, *area});
-    if (const Note *note = object.as<Note>()) master.shapes.push_back({look, *note});
+    if (const Note *note = object.as<Note>()) {
+        Note copy = *note;
+        for (std::string &line : copy.lines) line = frozen(line);
+        master.shapes.push_back({look, std::move(copy)});
+    }
 }
 
 std::shared_ptr<const PatternMaster> masterOf(const store::LoadedPart &part,
@@ -141,9 +180,10 @@ std::shared_ptr<const PatternMaster> masterOf(const store::LoadedPart &part,
     auto master = std::make_shared<PatternMaster>();
     master->fileName = name;
     master->units = part.part->units;
+    const FrozenTexts frozen(part);
     for (const auto &object : part.objects) {
         if (const FontTable *fonts = object->as<FontTable>()) master->fonts = fonts->names;
-        addShape(*master, *object);
+        addShape(*master, *object, frozen);
     }
     return master;
 }

@@ -124,7 +124,7 @@ private:
         updateAttributes(row.ordinal, object.attributes);
     }
 
-    void updateAttributes(std::int64_t object, const std::vector<Attribute> &attributes)
+    void updateAttributes(std::int64_t object, const Attributes &attributes)
     {
         const std::vector<std::int64_t> stored = checksumsOfAttributes(object);
         for (std::size_t i = 0; i < attributes.size(); ++i) {

@@ -234,6 +234,50 @@ TEST_F(SheetList, ReferencesAreShownResolved)
     EXPECT_EQ(texts[1].text, "<5>");
 }
 
+// A pattern does not look into its master any more: that part may be closed, changed or gone.
+TEST_F(SheetList, APatternSaysWhatItsMasterSaidOfItsOwnObjects)
+{
+    const auto assign = [](tag_t object, std::string title, std::string text) {
+        UF_ATTR_value_t value{};
+        value.type = UF_ATTR_string;
+        value.value.string = text.data();
+        ASSERT_EQ(UF_ATTR_assign(object, title.data(), value), 0);
+    };
+    const tag_t master = newPart("master");
+    const tag_t edge = line(0, 0, 10, 0);
+    assign(edge, "REV", "C");
+    assign(master, "NUMBER", "of the master");
+    const std::string ofEdge = "<W!" + std::to_string(edge) + "@";
+    note({"Rev " + ofEdge + "REV> " + ofEdge + "NONE>." + ofEdge + "?REV>",
+          "No. <W!" + std::to_string(master) + "@NUMBER>, <W@NUMBER>"},
+         0, 0);
+    saveAsPattern(master);
+    const tag_t part = newPart("part");
+    assign(part, "NUMBER", "P-100");
+    const tag_t sheet = newSheet("A", 100, 100);
+    pattern("master", 10, 10);
+    const std::vector<std::string> expected{"Rev C .C", "No. of the master, P-100"};
+    const auto shown = [&](tag_t onSheet) {
+        std::vector<std::string> lines;
+        for (const TextItem &text : textsOf(displayList(onSheet))) lines.push_back(text.text);
+        return lines;
+    };
+    EXPECT_EQ(shown(sheet), expected);
+
+    ASSERT_EQ(UF_PART_save(), 0);
+    ASSERT_EQ(UF_PART_close_all(), 0);
+    std::filesystem::remove(file("master.prt"));
+    tag_t again = NULL_TAG, reopened = NULL_TAG;
+    ASSERT_EQ(UF_PART_open(file("part.prt").c_str(), &again, nullptr), 0);
+    int count = 0;
+    tag_t *sheets = nullptr;
+    ASSERT_EQ(UF_DRAW_ask_drawings(&count, &sheets), 0);
+    ASSERT_EQ(count, 1);
+    reopened = sheets[0];
+    UF_free(sheets);
+    EXPECT_EQ(shown(reopened), expected);
+}
+
 TEST_F(SheetList, PatternsArePlacedTurnedAndScaledWithTheirPensAsTheyAre)
 {
     newPart("master");

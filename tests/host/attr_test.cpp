@@ -130,6 +130,36 @@ TEST_F(Attr, AttributesAreCycledInOrderOfCreation)
     EXPECT_EQ(seen, "C=C A=again B=B ");
 }
 
+// More than are looked through: the order and every value stay, whatever is set and deleted.
+TEST_F(Attr, ManyAreKeptInTheOrderInWhichTheyWereSet)
+{
+    const tag_t point = newPoint();
+    const auto title = [](int i) { return "T" + std::to_string(i); };
+    for (int i = 0; i < 200; ++i) ASSERT_EQ(assign(point, title(i), "first"), 0);
+    for (int i = 0; i < 200; i += 3) { // the last one too
+        std::string deleted = title(199 - i);
+        ASSERT_EQ(UF_ATTR_delete(point, UF_ATTR_string, deleted.data()), 0);
+        ASSERT_EQ(assign(point, title((199 - i + 1) % 200), "second"), 0);
+    }
+    // 199, 196, ... 1 were deleted; 0 and each after a deleted one was set again.
+    std::vector<std::string> expected;
+    for (int i = 0; i < 200; ++i)
+        if (i % 3 != 1)
+            expected.push_back(title(i) + (i % 3 == 2 || i == 0 ? "=second" : "=first"));
+    std::vector<std::string> seen;
+    for (int index = 0;;) {
+        char name[51];
+        UF_ATTR_value_t value{};
+        ASSERT_EQ(UF_ATTR_cycle(point, &index, UF_ATTR_any, name, &value), 0);
+        if (index == 0) break;
+        seen.push_back(std::string(name) + "=" + value.value.string);
+        UF_free(value.value.string);
+    }
+    EXPECT_EQ(seen, expected);
+    EXPECT_EQ(typeOfAttribute(point, "T1"), 0);
+    EXPECT_EQ(attributeOf(point, "T198"), "first");
+}
+
 TEST_F(Attr, APartTagAddressesThePartsOwnAttributes)
 {
     ASSERT_EQ(assign(part, "DRAWING_NO", "4711"), 0);

@@ -97,7 +97,8 @@ template <std::size_t N> struct Rows {
     char text[N][133] = {};
     explicit Rows(const std::array<std::string, N> &lines)
     {
-        for (std::size_t i = 0; i < N; ++i) std::strncpy(text[i], lines[i].c_str(), sizeof text[i]);
+        // As long a line as the row takes; a full row has no end.
+        for (std::size_t i = 0; i < N; ++i) lines[i].copy(text[i], sizeof text[i]);
     }
 };
 

@@ -52,6 +52,14 @@ TEST_F(Texts, AMissingAttributeIsNothingAndAnUnknownObjectLeavesTheText)
     EXPECT_EQ(evaluated("a" + reference + "b"), "a" + reference + "b");
 }
 
+TEST_F(Texts, ALongTextOfOpenBracketsIsReadOnce)
+{
+    std::string line;
+    for (int i = 0; i < 300000; ++i) line += "<W";
+    EXPECT_EQ(evaluated(line), line);
+    EXPECT_EQ(evaluated(line + ">"), line + ">");
+}
+
 TEST_F(Texts, OtherCommandsAndLiteralBracketsStay)
 {
     ASSERT_EQ(assign(part, "T", "value"), 0);

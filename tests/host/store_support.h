@@ -120,7 +120,7 @@ private:
         attributes(object.attributes);
         std::visit([&](const auto &body) { add(body); }, object.body);
     }
-    void attributes(const std::vector<Attribute> &all)
+    void attributes(const Attributes &all)
     {
         for (const Attribute &attribute : all)
             m_out << " [" << attribute.title << '=' << attribute.value << ']';

@@ -228,6 +228,20 @@ TEST_F(UdobjDelete, ACallbackMayDeleteTheHolder)
     EXPECT_EQ(statusOf(child), UF_OBJ_DELETED);
 }
 
+// Callbacks may not do it, and one that does must not bring the session down.
+TEST_F(UdobjDelete, ACallbackThatClosesThePartEndsTheCascade)
+{
+    const tag_t parent = newUdo();
+    const tag_t child = newUdo("HOST_LEAF");
+    const tag_t listener = newUdo();
+    ASSERT_EQ(addLink(parent, 2, child), 0);
+    ASSERT_EQ(addLink(listener, 3, child), 0);
+    duringDelete = [](tag_t, const UF_UDOBJ_link_t &) { EXPECT_EQ(UF_PART_close_all(), 0); };
+    EXPECT_EQ(UF_OBJ_delete_object(parent), 0);
+    EXPECT_EQ(UF_PART_ask_num_parts(), 0);
+    for (const tag_t gone : {parent, child, listener}) EXPECT_EQ(statusOf(gone), UF_OBJ_DELETED);
+}
+
 TEST_F(UdobjDelete, DeletingASheetTakesTheTreeThatHangsOnItAndWhatIsLeftInItsView)
 {
     const tag_t sheet = newSheet("SH1");
@@ -325,6 +339,31 @@ TEST_F(UdobjDelete, LinksOutOfDateAreStillSoInAReopenedPart)
 }
 
 // --- size -----------------------------------------------------------------------------------------
+
+// Each hangs below the one before: by a link of type 2, by one of type 1, by being owned.
+TEST_F(UdobjDelete, ChainsOfAnyLengthGoWithTheirFirst)
+{
+    constexpr int kLength = 200000;
+    struct Row {
+        const char *how;
+        void (*hang)(tag_t below, tag_t above);
+    };
+    for (const Row &row :
+         {Row{"type 2", [](tag_t below, tag_t above) { ASSERT_EQ(addLink(above, 2, below), 0); }},
+          Row{"type 1", [](tag_t below, tag_t above) { ASSERT_EQ(addLink(below, 1, above), 0); }},
+          Row{"owned", [](tag_t below, tag_t above) { ASSERT_EQ(own(above, {below}), 0); }}}) {
+        SCOPED_TRACE(row.how);
+        tag_t first = newUdo("HOST_LEAF");
+        for (int i = 1; i < kLength; ++i) { // from the end up
+            const tag_t above = newUdo("HOST_LEAF");
+            row.hang(first, above);
+            first = above;
+        }
+        ASSERT_EQ(nxhost::countObjects(part), static_cast<std::size_t>(kLength));
+        ASSERT_EQ(UF_OBJ_delete_object(first), 0);
+        EXPECT_EQ(nxhost::countObjects(part), 0u);
+    }
+}
 
 TEST_F(UdobjDelete, ATreeOfAHundredThousandIsBuiltAskedAndDeletedQuickly)
 {
