@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -64,5 +65,8 @@ using Masters = std::unordered_map<std::int64_t, std::shared_ptr<PatternMaster>>
 Body decodeBody(const ObjectRow &row, ClassId classId, const Masters &masters,
                 References &references);
 PatternMaster decodeMaster(const MasterRow &row);
+// All that a row says by itself; tag, part, view and owner are left out.
+std::unique_ptr<Object> decodeObject(const ObjectRow &row, ClassId classId, const Masters &masters,
+                                     References &references);
 
 } // namespace host::store

@@ -165,6 +165,27 @@ Body decodeBody(const ObjectRow &row, ClassId classId, const Masters &masters,
     return body;
 }
 
+namespace {
+Status statusOf(std::int64_t stored)
+{
+    if (stored < 1 || stored > 3) throw Malformed{"its status is unknown"};
+    return static_cast<Status>(stored);
+}
+} // namespace
+
+std::unique_ptr<Object> decodeObject(const ObjectRow &row, ClassId classId, const Masters &masters,
+                                     References &references)
+{
+    auto object = std::make_unique<Object>();
+    object->ordinal = static_cast<std::uint64_t>(row.ordinal);
+    object->status = statusOf(row.status);
+    object->name = row.name;
+    object->appearance = {checkedLayer(row.layer), narrowed(row.color), narrowed(row.lineFont),
+                          narrowed(row.lineWidth), row.blanked != 0};
+    object->body = decodeBody(row, classId, masters, references);
+    return object;
+}
+
 // --- pattern masters ------------------------------------------------------------------------
 
 namespace {

@@ -1,7 +1,6 @@
 #include "image.h"
 
 #include "body_codec.h"
-#include "database.h"
 #include "part_row.h"
 #include "schema.h"
 
@@ -9,8 +8,6 @@
 #include <sqlite3.h>
 
 namespace host::store {
-
-namespace {
 
 void createTables(Database &database)
 {
@@ -21,6 +18,8 @@ void createTables(Database &database)
     database.run("BEGIN");
     for (const char *sql : kCreate) database.run(sql);
 }
+
+namespace {
 
 Tally writeMasters(Database &database, Encoder &encoder, const StoredMasters &masters)
 {
@@ -41,7 +40,7 @@ Tally writeObjects(Database &database, Encoder &encoder, const Part &part)
 }
 
 void writeAttributes(Statement &insert, Tally &tally, std::uint64_t ordinal,
-                     const std::vector<Attribute> &attributes)
+                     const Attributes &attributes)
 {
     std::int64_t position = 0;
     for (const Attribute &attribute : attributes)
@@ -70,6 +69,8 @@ void settleHeader(std::string &bytes)
     std::memcpy(bytes.data() + 96, kWriter, 4);
 }
 
+} // namespace
+
 std::string bytesOf(Database &database)
 {
     sqlite3_int64 size = 0;
@@ -80,8 +81,6 @@ std::string bytesOf(Database &database)
     settleHeader(bytes);
     return bytes;
 }
-
-} // namespace
 
 Image imageOf(const Part &part)
 {

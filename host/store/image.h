@@ -1,6 +1,7 @@
 // A part as the bytes of a database file.
 #pragma once
 
+#include "database.h"
 #include "masters.h"
 
 #include <string>
@@ -14,5 +15,10 @@ struct Image {
 };
 
 Image imageOf(const Part &part);
+
+// An empty part's tables, made in a transaction that is under way; and all bytes of the database after it,
+// with the header as it is in every part.
+void createTables(Database &database);
+std::string bytesOf(Database &database);
 
 } // namespace host::store

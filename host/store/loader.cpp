@@ -139,12 +139,6 @@ bool mayRefer(const ObjectRow &row)
 {
     return (row.kind == "note" || row.kind == "id_symbol") && hasReference(row.texts);
 }
-
-Status statusOf(std::int64_t stored)
-{
-    if (stored < 1 || stored > 3) throw Malformed{"its status is unknown"};
-    return static_cast<Status>(stored);
-}
 } // namespace
 
 void Loader::take(const ObjectRow &row)
@@ -153,15 +147,9 @@ void Loader::take(const ObjectRow &row)
     if (row.ordinal < 1 || ordinal >= m_part->nextOrdinal ||
         (m_ordinals.size() && ordinal <= m_ordinals[m_ordinals.size() - 1]))
         throw Malformed{"its ordinal is out of range or out of order"};
-    auto object = std::make_unique<Object>();
-    object->part = m_part.get();
-    object->ordinal = ordinal;
-    object->status = statusOf(row.status);
-    object->name = row.name;
-    object->appearance = {checkedLayer(row.layer), narrowed(row.color), narrowed(row.lineFont),
-                          narrowed(row.lineWidth), row.blanked != 0};
     const ClassId id = row.kind == "udo" ? placeOfClass(row.className) : 0;
-    object->body = decodeBody(row, id, m_masters, m_references);
+    auto object = decodeObject(row, id, m_masters, m_references);
+    object->part = m_part.get();
     object->tag = Session::get().newTag();
     m_outer.push_back({static_cast<std::uint64_t>(row.view), static_cast<std::uint64_t>(row.owner),
                        static_cast<std::uint64_t>(row.refers)});
@@ -172,7 +160,7 @@ void Loader::take(const ObjectRow &row)
 
 void Loader::take(const AttributeRow &row)
 {
-    std::vector<Attribute> *attributes = &m_part->attributes;
+    Attributes *attributes = &m_part->attributes;
     if (row.object) {
         const std::size_t place = m_ordinals.find(static_cast<std::uint64_t>(row.object));
         if (place == Ordinals::kNone)
@@ -181,7 +169,7 @@ void Loader::take(const AttributeRow &row)
     }
     if (row.position != static_cast<std::int64_t>(attributes->size()))
         throw Malformed{"an attribute is missing or out of order"};
-    attributes->push_back({std::string(row.title), std::string(row.value)});
+    attributes->add({std::string(row.title), std::string(row.value)});
 }
 
 // --- references -----------------------------------------------------------------------------

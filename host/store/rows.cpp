@@ -68,6 +68,7 @@ template std::int64_t write(Statement &, MasterRow);
 template std::int64_t write(Statement &, PartRow);
 template std::int64_t checksumOf(ObjectRow);
 template std::int64_t checksumOf(AttributeRow);
+template std::int64_t checksumOf(MasterRow);
 template std::int64_t checksumOf(PartRow);
 template std::int64_t read(Statement &, ObjectRow &);
 template std::int64_t read(Statement &, AttributeRow &);

@@ -144,7 +144,9 @@ std::vector<StoredLink> parseLinks(std::string_view stored)
 {
     std::vector<StoredLink> links;
     if (stored.empty()) return links;
-    links.reserve(static_cast<std::size_t>(std::count(stored.begin(), stored.end(), ']')));
+    constexpr std::size_t kShortest = 10; // "[1,2,0,3],"
+    links.reserve(std::min(static_cast<std::size_t>(std::count(stored.begin(), stored.end(), ']')),
+                           stored.size() / kShortest + 1));
     Scanner in(stored);
     in.take('[');
     do {

@@ -1,6 +1,7 @@
 // Damaged, foreign and forged files: each is refused with a message that names the file, what is
 // wrong and what to do, and is left as it was. None brings the process down.
 #include "store_forge.h"
+#include "store_forgeries.h"
 #include "store_processes.h"
 #include "store_support.h"
 
@@ -319,83 +320,7 @@ TEST_F(DamagedPart, TheForgersSealIsTheRealOne)
 
 TEST_F(DamagedPart, ImpossibleContentIsRefusedHoweverWellSealed)
 {
-    struct Row {
-        const char *sql;
-        const char *because;
-    };
-    // Ordinals of the sample: 1 fonts, 2 to 7 sheets and their views, 8 the root UDO; then each
-    // round point, line, arc, area, note, symbol, pattern, child.
-    for (const Row &row : {
-             Row{"UPDATE object SET kind='gear' WHERE ordinal=9", "its kind is unknown"},
-             Row{"UPDATE object SET kind='line' WHERE ordinal=9", "numbers are missing"},
-             Row{"UPDATE object SET kind='point' WHERE ordinal=10", "more numbers than"},
-             Row{"UPDATE object SET status=4 WHERE ordinal=9", "its status is unknown"},
-             Row{"UPDATE object SET status=0 WHERE ordinal=9", "its status is unknown"},
-             Row{"UPDATE object SET layer=257 WHERE ordinal=9", "a layer is not 1 to 256"},
-             Row{"UPDATE object SET layer=0 WHERE ordinal=9", "a layer is not 1 to 256"},
-             Row{"UPDATE object SET color=5000000000 WHERE ordinal=9", "out of range"},
-             Row{"UPDATE object SET color='red' WHERE ordinal=9", "not an integer"},
-             Row{"UPDATE object SET numbers=CAST(numbers AS TEXT) WHERE ordinal=9", "not a blob"},
-             Row{"UPDATE object SET texts='x' WHERE ordinal=9", "its kind does not know"},
-             Row{"UPDATE object SET class='X' WHERE ordinal=9", "its kind does not know"},
-             Row{"UPDATE object SET refers=1 WHERE ordinal=9", "its kind does not know"},
-             Row{"UPDATE object SET ordinal=1000000 WHERE ordinal=9", "out of range"},
-             Row{"UPDATE object SET ordinal=-9 WHERE ordinal=9", "out of range"},
-             Row{"UPDATE object SET view=999 WHERE ordinal=9", "its view 999 is not there"},
-             Row{"UPDATE object SET view=8 WHERE ordinal=9", "its view is no view"},
-             Row{"UPDATE object SET owner=999 WHERE ordinal=9", "its owner 999 is not there"},
-             Row{"UPDATE object SET owner=1 WHERE ordinal=9", "its owner is no UDO"},
-             Row{"UPDATE object SET owner=8 WHERE ordinal=9", "do not agree"},
-             Row{"UPDATE object SET owned='[9,9]' WHERE ordinal=8", "owned by another"},
-             Row{"UPDATE object SET owned='[12,12]',owner=0 WHERE ordinal=16", "owned by another"},
-             Row{"UPDATE object SET owned='[9' WHERE ordinal=8", "a list is malformed"},
-             Row{"UPDATE object SET owned='[]' WHERE ordinal=8", "a number in a list"},
-             Row{"UPDATE object SET owned='[-1]' WHERE ordinal=8", "a number in a list"},
-             Row{"UPDATE object SET links='[[2,999,0,1]]' WHERE ordinal=8", "999 is not there"},
-             Row{"UPDATE object SET links='[[2,1,0,1]]' WHERE ordinal=8", "to the font table"},
-             Row{"UPDATE object SET links='[[5,16,0,1]]' WHERE ordinal=8", "not 1 to 4"},
-             Row{"UPDATE object SET links='[[2,16,0,1],[2,9,0,1]]' WHERE ordinal=8", "order"},
-             Row{"UPDATE object SET links='[[2,16,0,999999]]' WHERE ordinal=8", "order"},
-             Row{"UPDATE object SET links='[[2,9,0,2]]' WHERE ordinal=8", "same sequence"},
-             Row{"UPDATE object SET links='[[2,8,0,1]]' WHERE ordinal=8", "links form a cycle"},
-             Row{"UPDATE object SET links='[[4,8,0,2]]' WHERE ordinal=16", "links form a cycle"},
-             Row{"UPDATE object SET links='2' WHERE ordinal=8", "a list is malformed"},
-             Row{"UPDATE object SET links=']' WHERE ordinal=8", "a list is malformed"},
-             Row{"UPDATE object SET texts='no end' WHERE ordinal=8", "the last text is cut off"},
-             Row{"UPDATE object SET texts='\\x'||char(10) WHERE ordinal=8", "a text is malformed"},
-             Row{"UPDATE object SET texts='\\'||char(10) WHERE ordinal=8", "a text is malformed"},
-             Row{"UPDATE object SET texts='a'||char(10) WHERE kind='id_symbol'", "not two texts"},
-             Row{"UPDATE object SET numbers=x'ffffffff00000000000000000000000000000000' "
-                 "WHERE ordinal=8",
-                 "a count exceeds the stored numbers"},
-             Row{"UPDATE object SET numbers=x'ffffff7f' WHERE kind='area'", "a count exceeds"},
-             Row{"UPDATE object SET numbers=NULL WHERE kind='area'", "numbers are missing"},
-             Row{"UPDATE object SET refers=99 WHERE kind='pattern'", "pattern master is missing"},
-             Row{"UPDATE object SET refers=99 WHERE ordinal=2", "its view 99 is not there"},
-             Row{"UPDATE object SET refers=5 WHERE ordinal=2", "do not belong together"},
-             Row{"UPDATE object SET refers=4 WHERE ordinal=3", "do not belong together"},
-             Row{"UPDATE object SET refers=1 WHERE ordinal=2", "its view is no view"},
-             Row{"UPDATE object SET refers=3 WHERE ordinal=3", "do not belong together"},
-             Row{"UPDATE object SET refers=0 WHERE ordinal=2", "do not belong together"},
-             Row{"UPDATE object SET numbers=CAST(x'09000000'||substr(numbers,5) AS BLOB) WHERE "
-                 "ordinal=2",
-                 "size"},
-             Row{"UPDATE attribute SET object=999 WHERE object=16", "not there"},
-             Row{"UPDATE attribute SET position=position+1 WHERE object=0 AND position=2",
-                 "missing or out of order"},
-             Row{"UPDATE part SET units=3", "the units are unknown"},
-             Row{"UPDATE part SET work_layer=300", "a layer is not 1 to 256"},
-             Row{"UPDATE part SET layers=x'00'", "numbers are missing"},
-             Row{"UPDATE part SET current_sheet=999", "current sheet is not there"},
-             Row{"UPDATE part SET current_sheet=9", "current sheet is no sheet"},
-             Row{"UPDATE part SET font_table=9", "font table is no font table"},
-             Row{"UPDATE part SET next_ordinal=5", "out of range"},
-             Row{"UPDATE part SET next_link_sequence=0", "a counter is below 1"},
-             Row{"UPDATE pattern_master SET shapes=x'ffffffff'", "a count exceeds"},
-             Row{"UPDATE pattern_master SET texts=NULL", "texts of a shape are missing"},
-             Row{"UPDATE pattern_master SET texts=texts||'more'||char(10)", "more texts than"},
-             Row{"UPDATE pattern_master SET id=-1", "below 1"},
-         }) {
+    for (const Forgery &row : kForgeries) {
         SCOPED_TRACE(row.sql);
         forge(row.sql);
         expectRefused(UF_PART_err_damaged, row.because);

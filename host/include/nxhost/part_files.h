@@ -1,0 +1,43 @@
+// Part files looked at and rescued. No part is opened by it, and no file that is there is changed.
+#pragma once
+
+#include "../uf_defs.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace nxhost {
+
+struct PartFinding {
+    std::string kind;              // "damage", "dangling", "orphan" or "condemned"
+    unsigned long long object = 0; // its ordinal in the file; 0: of the part or the file
+    std::string text;              // names the object and says what is wrong
+    std::string mended;            // what a salvaged part has instead; empty: the same
+};
+
+// Which records must hang on something, by the names under which their classes are stored.
+struct PartRules {
+    std::vector<std::string> belowOthers; // a link of type 2 leads to them
+    std::vector<std::string> onSheets;    // they link to their sheet by type 1
+};
+
+struct PartCheck {
+    std::string refusal;     // why the part cannot be opened; empty: it can
+    std::size_t objects = 0; // that can be read
+    std::vector<PartFinding> findings;
+};
+
+// Both raise UgException with a code of uf_part.h, and lastPartMessage() (control.h) says why: there is
+// no such file, it is no part, it is being saved; for a salvage also when nothing of a part is left or
+// there is a file of the new name.
+DllExport PartCheck checkPartFile(const std::string &path, const PartRules &rules = {});
+
+// Writes what can be read as a new part. Result: its objects, and everything that was lost or changed.
+struct PartSalvage {
+    std::size_t objects = 0;
+    std::vector<PartFinding> lost;
+};
+DllExport PartSalvage salvagePartFile(const std::string &path, const std::string &new_path);
+
+} // namespace nxhost
