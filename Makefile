@@ -68,7 +68,7 @@ bench: bootstrap ## measure the command, the library and the host; writes docs/p
 	@bench/side_by_side/measure build/release -o docs/performance.md
 
 package: bootstrap ## Debian packages: library, headers, command
-	@scripts/bootstrap docs
+	@scripts/bootstrap package
 	$(call configure,release)
 	@cmake --build build/release -j$(JOBS) --target qelfmt_app shipped_definitions manual_page
 	@scripts/make-docs build/release/reference
