@@ -72,12 +72,18 @@ write_basic_package_version_file("${CMAKE_BINARY_DIR}/qelfmt-config-version.cmak
 install(FILES "${CMAKE_BINARY_DIR}/qelfmt-config.cmake"
               "${CMAKE_BINARY_DIR}/qelfmt-config-version.cmake"
         DESTINATION "${QELFMT_CMAKE}" COMPONENT dev)
+if(QELFMT_PLATFORM STREQUAL "host") # another platform has its own headers and libraries
+    set(QELFMT_HOST_CFLAGS " -I\${includedir}/platform")
+    set(QELFMT_HOST_LIBS " -lqelfmt-host")
+endif()
 file(RELATIVE_PATH QELFMT_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 configure_file(cmake/package/qelfmt.pc.in "${CMAKE_BINARY_DIR}/qelfmt.pc" @ONLY)
 install(FILES "${CMAKE_BINARY_DIR}/qelfmt.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
         COMPONENT dev)
-install(DIRECTORY examples/ DESTINATION "${CMAKE_INSTALL_DOCDIR}/examples" COMPONENT dev
-        PATTERN __pycache__ EXCLUDE)
+if(QELFMT_PLATFORM STREQUAL "host")
+    install(DIRECTORY examples/ DESTINATION "${CMAKE_INSTALL_DOCDIR}/examples" COMPONENT dev
+            PATTERN __pycache__ EXCLUDE)
+endif()
 
 # The reference pages are installed when scripts/make-docs has made them here, as `make package` does.
 install(DIRECTORY "${CMAKE_BINARY_DIR}/reference/html" DESTINATION "${CMAKE_INSTALL_DOCDIR}"
