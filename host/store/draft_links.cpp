@@ -1,6 +1,8 @@
 // What objects say of each other: owners, links and the references in texts.
 #include "draft.h"
 
+#include "schema.h"
+
 #include <algorithm>
 #include <unordered_map>
 
@@ -115,7 +117,7 @@ bool sequencesAreInOrder(const Draft &draft)
             first = false;
         }
     }
-    return all.empty() || *all.rbegin() < ~std::uint64_t{0} / 4;
+    return all.empty() || *all.rbegin() < static_cast<std::uint64_t>(kMostNumbers);
 }
 
 // The order within an object holds; over objects it follows the old numbers as far as it can.

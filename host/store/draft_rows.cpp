@@ -3,17 +3,15 @@
 
 #include "geometry_codec.h"
 #include "pack.h"
+#include "schema.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace host::store {
 
 namespace {
 
 using Kind = Finding::Kind;
-
-constexpr std::int64_t kHighest = std::numeric_limits<std::int64_t>::max();
 
 void takeMasters(const Remains &remains, Draft &draft, Masters &decoded)
 {
@@ -40,7 +38,7 @@ void takeObject(ObjectRow row, const Masters &masters, Draft &draft)
         row.refers = 0;
     }
     try {
-        if (row.ordinal < 1 || row.ordinal > kHighest / 2)
+        if (row.ordinal < 1 || row.ordinal >= kMostNumbers)
             throw Malformed{"its ordinal is out of range"};
         References references;
         decodeObject(row, 0, masters, references);
@@ -93,6 +91,12 @@ public:
         if (m_part.workLayer < 1 || m_part.workLayer > 256) {
             wrong("its work layer is not 1 to 256", "it is 1");
             m_part.workLayer = 1;
+        }
+        for (std::int64_t *counter : {&m_part.nextOrdinal, &m_part.nextLinkSequence}) {
+            if (*counter >= 1 && *counter <= kMostNumbers) continue;
+            wrong("a counter is out of range", "it is counted again");
+            *counter = 1;
+            m_draft.partIsSure = false;
         }
         if (m_part.layers.size() != newLayers().size()) {
             wrong("it has not 256 layers", "they are those of a new part");
@@ -164,7 +168,7 @@ void takeRows(const Remains &remains, Draft &draft)
 void findMissing(Draft &draft)
 {
     const auto refer = [&](Ordinal ordinal) {
-        if (ordinal && ordinal <= static_cast<Ordinal>(kHighest / 2) && !draft.find(ordinal))
+        if (ordinal && ordinal <= static_cast<Ordinal>(kMostNumbers) && !draft.find(ordinal))
             draft.missing.insert(ordinal);
     };
     for (const auto &[ordinal, piece] : draft.pieces) {

@@ -165,13 +165,39 @@ private:
 
 void mendSheetsAndViews(Draft &draft) { SheetStep(draft).run(); }
 
+namespace {
+
+// Only the part's own; without that the first one.
+void dropOtherFontTables(Draft &draft)
+{
+    Ordinal kept = 0;
+    if (draft.find(static_cast<Ordinal>(draft.part.fontTable), "font_table"))
+        kept = static_cast<Ordinal>(draft.part.fontTable);
+    std::vector<Ordinal> others;
+    for (const auto &[ordinal, piece] : draft.pieces) {
+        if (piece.row.kind != "font_table") continue;
+        if (!kept) kept = ordinal;
+        if (ordinal != kept) others.push_back(ordinal);
+    }
+    for (const Ordinal ordinal : others) {
+        draft.tell(Kind::damage, ordinal, "the part has two font tables", "it is left out");
+        draft.pieces.erase(ordinal);
+        draft.leftOut.insert(ordinal);
+    }
+}
+
+} // namespace
+
 void mendFontTable(Draft &draft)
 {
+    dropOtherFontTables(draft);
     const auto told = static_cast<Ordinal>(draft.part.fontTable);
     if (draft.find(told, "font_table")) return;
     Ordinal fonts = 0;
     for (const auto &[ordinal, piece] : draft.pieces)
         if (piece.row.kind == "font_table") fonts = ordinal;
+    if (!told && draft.partIsSure)
+        draft.say(Kind::damage, 0, "the part has no font table", "another takes its place");
     if (told && draft.find(told))
         draft.say(Kind::damage, 0, "the part's font table is no font table",
                   "another takes its place");

@@ -203,10 +203,12 @@ void Loader::resolve()
         if (!sheet->as<Sheet>()) fail("the part's current sheet is no sheet");
         m_part->currentSheet = sheet->tag;
     }
-    if (const Object *fonts = partRefers(m_row.fontTable, "font table")) {
-        if (!fonts->as<FontTable>()) fail("the part's font table is no font table");
-        m_part->fontTable = fonts->tag;
-    }
+    const Object *fonts = partRefers(m_row.fontTable, "font table");
+    if (!fonts) fail("the part has no font table");
+    if (!fonts->as<FontTable>()) fail("the part's font table is no font table");
+    m_part->fontTable = fonts->tag;
+    for (const auto &object : m_objects)
+        if (object->as<FontTable>() && object.get() != fonts) fail("the part has two font tables");
 }
 
 void Loader::resolveObject(std::size_t place)
@@ -219,7 +221,7 @@ void Loader::resolveObject(std::size_t place)
         object.view = view.tag;
     }
     if (Udo *udo = object.as<Udo>()) resolveUdo(object, *udo);
-    if (outer.refers) resolveSheetAndView(object, outer.refers);
+    if (object.as<Sheet>() || object.as<View>()) resolveSheetAndView(object, outer.refers);
     if (!outer.owner) return;
     // The owner's list names it, whichever of the two comes first; checkOwners() sees the rest.
     const Object &owner = require(outer.owner, object, "its owner");

@@ -1,6 +1,7 @@
 #include "part_row.h"
 
 #include "geometry_codec.h"
+#include "schema.h"
 
 namespace host::store {
 
@@ -24,6 +25,8 @@ void decodePart(const PartRow &row, Part &part)
     if (row.id != 1) throw Malformed{"its number is not 1"};
     if (row.units != 1 && row.units != 2) throw Malformed{"the units are unknown"};
     if (row.nextOrdinal < 1 || row.nextLinkSequence < 1) throw Malformed{"a counter is below 1"};
+    if (row.nextOrdinal > kMostNumbers || row.nextLinkSequence > kMostNumbers)
+        throw Malformed{"a counter is out of range"};
     part.units = narrowed(row.units);
     part.patternDataSaved = row.patternData != 0;
     part.workLayer = checkedLayer(row.workLayer);

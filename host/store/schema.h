@@ -9,6 +9,7 @@ namespace host::store {
 inline constexpr std::int64_t kApplicationId = 0x71647277; // "qdrw"
 inline constexpr std::int64_t kVersion = 1;                // rises when the tables change
 inline constexpr int kPageSize = 4096;
+inline constexpr std::int64_t kMostNumbers = std::int64_t{1} << 62; // of objects and of links
 
 inline constexpr const char *kTables[] = {
     "part",

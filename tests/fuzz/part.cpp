@@ -1,8 +1,10 @@
 // libFuzzer: opening a part never crashes, hangs or asks for more memory than the file justifies, and
-// what was opened can be written and opened again to the same bytes.
+// what was opened can be written and opened again to the same bytes. Nor does a salvage, and what it makes
+// can be opened.
 #include "model/session.h"
 #include "store/image.h"
 #include "store/part_store.h"
+#include "store/salvage.h"
 #include "tests/host/store_seal.h"
 
 #include <cstdint>
@@ -40,6 +42,25 @@ void open(std::string_view bytes)
         return;
     }
     if (writtenAgain(image) != image) std::abort(); // what is written must be accepted
+}
+
+// A sound part loses nothing; whatever else comes, the new part is one.
+void salvage(std::string_view bytes)
+{
+    store::Examination examined;
+    try {
+        examined = store::examineImage(bytes, "fuzz.prt");
+    } catch (const store::StoreError &error) {
+        if (error.message.rfind("fuzz.prt: ", 0) != 0) std::abort();
+        return;
+    }
+    if (examined.image.empty()) return;
+    const std::string image = writtenAgain(examined.image);
+    if (!store::examineImage(image, "fuzz.prt").refusal.empty()) std::abort();
+    if (!examined.refusal.empty()) return;
+    for (const store::Finding &finding : examined.findings) // but for pages that nobody reads
+        if (!finding.mended.empty() && finding.text.rfind("its pages: ", 0) != 0) std::abort();
+    if (image != writtenAgain(bytes)) std::abort();
 }
 
 // --- changing parts from within -----------------------------------------------------------------
@@ -159,7 +180,9 @@ private:
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    open({reinterpret_cast<const char *>(data), size});
+    const std::string_view bytes{reinterpret_cast<const char *>(data), size};
+    open(bytes);
+    salvage(bytes);
     return 0;
 }
 

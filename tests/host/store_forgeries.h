@@ -61,7 +61,7 @@ inline constexpr Forgery kForgeries[] = {
     {"UPDATE object SET refers=4 WHERE ordinal=3", "do not belong together"},
     {"UPDATE object SET refers=1 WHERE ordinal=2", "its view is no view"},
     {"UPDATE object SET refers=3 WHERE ordinal=3", "do not belong together"},
-    {"UPDATE object SET refers=0 WHERE ordinal=2", "do not belong together"},
+    {"UPDATE object SET refers=0 WHERE ordinal=2", "its view 0 is not there"},
     {"UPDATE object SET numbers=CAST(x'09000000'||substr(numbers,5) AS BLOB) WHERE "
      "ordinal=2",
      "size"},
@@ -74,6 +74,14 @@ inline constexpr Forgery kForgeries[] = {
     {"UPDATE part SET current_sheet=999", "current sheet is not there"},
     {"UPDATE part SET current_sheet=9", "current sheet is no sheet"},
     {"UPDATE part SET font_table=9", "font table is no font table"},
+    {"UPDATE part SET font_table=0", "the part has no font table"},
+    {"INSERT INTO object SELECT "
+     "900,kind,class,name,status,layer,color,line_font,width,blanked,view,"
+     "owner,refers,links,owned,texts,numbers,0 FROM object WHERE kind='font_table';"
+     "UPDATE part SET next_ordinal=901",
+     "the part has two font tables"},
+    {"UPDATE object SET refers=0 WHERE ordinal IN (2,3)", "its view 0 is not there"},
+    {"UPDATE part SET next_ordinal=5000000000000000000", "a counter is out of range"},
     {"UPDATE part SET next_ordinal=5", "out of range"},
     {"UPDATE part SET next_link_sequence=0", "a counter is below 1"},
     {"UPDATE pattern_master SET shapes=x'ffffffff'", "a count exceeds"},
