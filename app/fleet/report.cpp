@@ -142,7 +142,8 @@ void addReportVerb(Command command)
     verb->add_option("-o,--output", arguments->output, "OUT.csv or OUT.json instead of the screen");
     verb->add_option("--columns", arguments->columns,
                      "Only these, as in file,state,TITLE.*; what is not asked for takes no time")
-        ->delimiter(',');
+        ->delimiter(',')
+        ->allow_extra_args(false);
     verb->add_flag("--merge", arguments->merge, "Make one report of the JSON reports named");
     addRunOptions(verb, arguments->run);
     verb->callback([=] {
