@@ -42,8 +42,9 @@ set(QELFMT_PRIVATE_HEADERS
     content/recompute_guard content/row_memo content/symbol_text
     definitions/field_list definitions/in_part_of definitions/pairwise definitions/point_text
     definitions/require
-    drawing/hierarchy drawing/links_to drawing/owned_patterns drawing/sheet_size drawing/sheet_view
-    drawing/timer drawing/with_base drawing/zone
+    drawing/hierarchy drawing/links_to drawing/owned_patterns drawing/sheet_of
+    drawing/sheet_size drawing/sheet_view
+    drawing/timer drawing/transformation drawing/with_base drawing/zone
     foundation/exception_report foundation/guarded_singleton foundation/info_lines
     udo/growth udo/udo_data)
 list(JOIN QELFMT_PRIVATE_HEADERS "|" private)

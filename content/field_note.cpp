@@ -8,13 +8,13 @@
 #include "definitions/field_def.h"
 #include "drawing/block.h"
 #include "drawing/sheet_view.h"
+#include "drawing/transformation.h"
 #include "foundation/log.h"
 
 #include "NXOpen/Annotations_SimpleDraftingAid.hxx"
 #include "NXOpen/NXObjectManager.hxx"
 #include "uf_drf.h"
 #include "uf_obj.h"
-#include "uf_trns.h"
 #include "ug_exception.hxx"
 #include "ug_session.hxx"
 
@@ -146,16 +146,7 @@ void TrFieldBase::FlipNote()
     const tag_t note = GetNote()->getTag();
     double origin[3] = {};
     UgException::throwOnFailure(UF_DRF_ask_origin(note, origin));
-    double axis[3] = {0.0, 0.0, 1.0};
-    double degrees = 180.0;
-    double matrix[12] = {};
-    int status = 0;
-    FTN(uf5945)(origin, axis, &degrees, matrix, &status);
-    UgException::throwOnFailure(status);
-
-    const int count = 1, move = 1, originalLayer = 0, noTrace = 2;
-    FTN(uf5947)(matrix, &note, &count, &move, &originalLayer, &noTrace, nullptr, nullptr, &status);
-    UgException::throwOnFailure(status);
+    turnObject(note, origin[0], origin[1], 180.0);
 }
 
 // --- another text -----------------------------------------------------------------------------------

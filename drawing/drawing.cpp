@@ -8,6 +8,7 @@
 #include "drawing/format.h"
 #include "drawing/hierarchy.h"
 #include "drawing/links_to.h"
+#include "drawing/sheet_of.h"
 #include "drawing/sheet_size.h"
 #include "drawing/zone.h"
 #include "foundation/guarded_singleton.h"
@@ -67,7 +68,7 @@ boost::shared_ptr<TrDrawing> TrDrawing::getDrawing(const LumUg::UDO &udo)
 
     const auto format = boost::dynamic_pointer_cast<TrFormatBase>(LumUg::UDO::Create(above));
     if (!format) throw std::runtime_error("Problem retrieve drawing from UDO heirarchy");
-    return getDrawing(format->GetDrawing()->getTag());
+    return getDrawing(sheetOf(*format));
 }
 
 TrDrawing::TrDrawing(unsigned int tag) : m_format(new TrFormatV1), m_tag(tag) {}

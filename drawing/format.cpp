@@ -7,6 +7,7 @@
 #include "definitions/locations.h"
 #include "drawing/block.h"
 #include "drawing/drawing.h"
+#include "drawing/sheet_of.h"
 #include "foundation/log.h"
 
 #include "uf.h"
@@ -39,7 +40,7 @@ boost::shared_ptr<TrBlockDefV1> blockDefinition(const std::string &id)
 // one.
 QelFmt::LocationInfoType defaultLocation(const TrBlockDefV1 &def, const TrFormatBase &format)
 {
-    const auto locations = def.getLocations(TrDrawing::getDrawing(format.GetDrawing()->getTag()));
+    const auto locations = def.getLocations(TrDrawing::getDrawing(sheetOf(format)));
     if (locations.empty())
         throw std::runtime_error("Block location on format not found for block " + def.GetId());
     return locations.front();

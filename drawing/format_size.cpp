@@ -3,6 +3,7 @@
 #include "definitions/format_def.h"
 #include "drawing/block.h"
 #include "drawing/format.h"
+#include "drawing/sheet_of.h"
 #include "foundation/log.h"
 
 #include "uf_draw.h"
@@ -53,7 +54,7 @@ void TrFormatBase::resize(const TrFormatSizeV1 &size)
 // Scale and projection angle stay as they are.
 void TrFormatBase::setSheetSize(const TrFormatSizeV1 &size)
 {
-    const tag_t sheet = GetDrawing()->getTag();
+    const tag_t sheet = sheetOf(*this);
     UF_DRAW_info_t info{};
     UgException::throwOnFailure(UF_DRAW_ask_drawing_info(sheet, &info));
     putSize(info, size, getDefinition()->GetUnits());

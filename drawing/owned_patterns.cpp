@@ -2,10 +2,10 @@
 
 #include "drawing/pattern.h"
 #include "drawing/sheet_view.h"
+#include "drawing/transformation.h"
 #include "udo/udo.h"
 
 #include "uf_obj.h"
-#include "uf_trns.h"
 #include "ug_exception.hxx"
 
 namespace {
@@ -46,14 +46,7 @@ void moveOwnedPatterns(const LumUg::UDO &owner, double dx, double dy)
     for (const UgTypedObject *pattern : patternsOf(owner)) tags.push_back(pattern->getTag());
     if (tags.empty()) return;
 
-    double translation[3] = {dx, dy, 0.0};
-    double matrix[12];
-    FTN(uf5943)(translation, matrix);
-    const int count = static_cast<int>(tags.size()), move = 1, sameLayer = 0, noTrace = 2;
-    int status = 0;
-    FTN(uf5947)
-    (matrix, tags.data(), &count, &move, &sameLayer, &noTrace, nullptr, nullptr, &status);
-    UgException::throwOnFailure(status);
+    moveObjects(tags, dx, dy);
 }
 
 void handOverPatterns(LumUg::UDO &from, LumUg::UDO &to)

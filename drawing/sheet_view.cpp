@@ -2,6 +2,7 @@
 
 #include "drawing/format.h"
 #include "drawing/hierarchy.h"
+#include "drawing/sheet_of.h"
 
 #include "uf_draw.h"
 #include "uf_view.h"
@@ -10,21 +11,20 @@
 namespace {
 
 // NULL_TAG for a record that hangs below no format.
-tag_t sheetOf(const LumUg::UDO &udo)
+tag_t sheetUnder(const LumUg::UDO &udo)
 {
-    if (const auto *format = dynamic_cast<const TrFormatBase *>(&udo))
-        return format->GetDrawing()->getTag();
+    if (const auto *format = dynamic_cast<const TrFormatBase *>(&udo)) return sheetOf(*format);
     const tag_t format = formatAbove(udo.tag());
     if (format == NULL_TAG) return NULL_TAG;
     const auto above = boost::dynamic_pointer_cast<TrFormatBase>(LumUg::UDO::Create(format));
-    return above ? above->GetDrawing()->getTag() : NULL_TAG;
+    return above ? sheetOf(*above) : NULL_TAG;
 }
 
 } // namespace
 
 void putOnSheetOf(const LumUg::UDO &udo, tag_t object)
 {
-    const tag_t sheet = sheetOf(udo);
+    const tag_t sheet = sheetUnder(udo);
     tag_t current = NULL_TAG;
     UgException::throwOnFailure(UF_DRAW_ask_current_drawing(&current));
     if (sheet == NULL_TAG || sheet == current) return;
