@@ -115,7 +115,7 @@ private:
     {
         SymbolLook seen{symbol.type,
                         m_sheet(symbol.origin),
-                        m_sheet.length(symbol.size),
+                        symbol.size,
                         {penWidth(symbol.density), look.lineFont, look.color},
                         symbol.lettering,
                         shown(symbol.upper),

@@ -117,7 +117,7 @@ struct IdSymbol {
     std::string lower;
     int textLines = 1;  // 1 or 2
     Vec3 origin;        // centre of the symbol
-    double size = 13.0; // diameter or height over all, sheet units
+    double size = 13.0; // diameter or height over all, millimetres whatever the sheet's units
     int density = 1;    // pen
     Lettering lettering;
     int leaderMode = 1;
