@@ -162,7 +162,7 @@ int show(const Options &options, const std::string &id)
     std::vector<std::string> looked;
     const auto places = placesOf(work, id, looked);
     if (places.empty()) throw Problem(id + " is defined nowhere: see 'qelfmt defs list'");
-    fmt::print("{}", authoring::recordsToText({places[0].units, {places[0].record}, {}}));
+    printText(authoring::recordsToText({places[0].units, {places[0].record}, {}}));
     return kFine;
 }
 
@@ -209,7 +209,7 @@ void addSchemaVerb(CLI::App *family, Command command)
     verb->add_flag("--tables", *tables, "The keys of the full form as Markdown tables instead");
     verb->callback([=] {
         command.chosen = [=] {
-            fmt::print("{}", *tables ? authoring::slotTables() : authoring::fullFormSchema());
+            printText(*tables ? authoring::slotTables() : authoring::fullFormSchema());
             return static_cast<int>(kFine);
         };
     });

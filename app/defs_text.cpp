@@ -24,7 +24,7 @@ struct DumpArguments {
 void writeText(const std::string &path, const std::string &text)
 {
     if (path.empty()) {
-        fmt::print("{}", text);
+        printText(text);
         return;
     }
     std::ofstream file(path, std::ios::binary);

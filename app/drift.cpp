@@ -249,19 +249,24 @@ std::string nameOf(SheetState state)
     return "current";
 }
 
-bool hasLegacyRecords(tag_t sheet)
+boost::shared_ptr<TrFormatBase> storedFormat(tag_t sheet)
 {
     const LinksTo links(sheet);
-    for (const UF_UDOBJ_link_t &link : links.links()) {
-        const auto format =
-            boost::dynamic_pointer_cast<TrFormatBase>(LumUg::UDO::Create(link.assoc_ug_tag));
-        if (!format) continue;
-        if (!dynamic_cast<const TrFormatV1 *>(format.get())) return true;
-        const auto blocks = format->getBlocks();
-        return std::any_of(blocks.begin(), blocks.end(),
-                           [](const auto &block) { return isLegacy(*block); });
-    }
-    return false;
+    for (const UF_UDOBJ_link_t &link : links.links())
+        if (const auto format =
+                boost::dynamic_pointer_cast<TrFormatBase>(LumUg::UDO::Create(link.assoc_ug_tag)))
+            return format;
+    return {};
+}
+
+bool hasLegacyRecords(tag_t sheet)
+{
+    const auto format = storedFormat(sheet);
+    if (!format) return false;
+    if (!dynamic_cast<const TrFormatV1 *>(format.get())) return true;
+    const auto blocks = format->getBlocks();
+    return std::any_of(blocks.begin(), blocks.end(),
+                       [](const auto &block) { return isLegacy(*block); });
 }
 
 BlockDrift driftOf(TrBlockBase &block)

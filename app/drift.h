@@ -4,6 +4,8 @@
 
 #include "uf_defs.h"
 
+#include <boost/shared_ptr.hpp>
+
 #include <string>
 #include <vector>
 
@@ -59,6 +61,8 @@ struct SheetDrift {
 
 // Looking at a sheet converts records of older generations: to be asked before anything else is.
 bool hasLegacyRecords(tag_t sheet);
+// The format as it is stored, of whatever generation; empty without one. Nothing is converted.
+boost::shared_ptr<TrFormatBase> storedFormat(tag_t sheet);
 // The sheet must be the current one.
 SheetDrift driftOf(tag_t sheet);
 

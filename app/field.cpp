@@ -34,6 +34,7 @@ void reportFit(const Options &options, const FieldArguments &arguments, const st
 
 int setField(const Options &options, const FieldArguments &arguments)
 {
+    requireLines("field set", arguments.lines, arguments.clear);
     return changeSheet(options, arguments.target, [&](Workspace &work, const SheetRef &sheet) {
         const FieldName name = findField(work, sheet, arguments.field);
         if (!arguments.force) requireEditable(work, sheet, name);
@@ -93,7 +94,8 @@ void addFieldVerbs(Command command)
     };
     CLI::App *set = add("set", "Set a value, an argument a line", setField);
     name(set)->required();
-    set->add_option("lines", arguments->lines, "The lines; none sets an empty value");
+    set->add_option("lines", arguments->lines, "The lines; '' is an empty one");
+    set->add_flag("--clear", arguments->clear, "Set an empty value");
     set->add_flag("--force", arguments->force, "Also when the field is locked");
     set->add_flag("--strict", arguments->strict, "Refuse a value that does not fit its cell");
     name(add("get", "Print a value, a line a line", getField))->required();

@@ -61,15 +61,20 @@ std::optional<Misfit> misfitOf(const TrFieldBase &field, CellHeight height)
                  text.width,
                  text.height,
                  0.0,
-                 0.0};
+                 0.0,
+                 0};
     found.tooWide = excess(text.width, found.cellWidth, def.GetMarginWidth(), site % 3 == 2);
     found.tooHigh =
         excess(text.height, found.cellHeight, def.GetMarginHeight(), site >= 4 && site <= 6);
-    if (found.tooWide == 0.0 && found.tooHigh == 0.0) return {};
+    if (const std::size_t lines = field.GetNoteValue().size(); def.GetMultiline() == 0 && lines > 1)
+        found.lines = lines;
+    if (found.tooWide == 0.0 && found.tooHigh == 0.0 && found.lines == 0) return {};
     return found;
 }
 
-std::string excessOf(const Misfit &misfit)
+namespace {
+
+std::string sizeExcess(const Misfit &misfit)
 {
     std::string over;
     if (misfit.tooWide > 0.0) over = fmt::format("{:.2f} too wide", misfit.tooWide);
@@ -82,10 +87,24 @@ std::string excessOf(const Misfit &misfit)
     return fmt::format("is {} for its cell{}", over, cell);
 }
 
+} // namespace
+
+std::string excessOf(const Misfit &misfit)
+{
+    std::vector<std::string> excesses;
+    if (misfit.lines > 0)
+        excesses.push_back(fmt::format("has {} lines in a field of one line", misfit.lines));
+    if (misfit.tooWide > 0.0 || misfit.tooHigh > 0.0) excesses.push_back(sizeExcess(misfit));
+    return joined(excesses, " and ");
+}
+
 std::string describe(const Misfit &misfit)
 {
-    return fmt::format("the text {}: shorten it, or give the cell more room in the definition",
-                       excessOf(misfit));
+    const char *remedy =
+        misfit.lines > 0 ? "let its definition have several (rows in a cell, several-lines in a "
+                           "column)"
+                         : "give the cell more room in the definition";
+    return fmt::format("the text {}: shorten it, or {}", excessOf(misfit), remedy);
 }
 
 Json toJson(const Misfit &misfit)
@@ -93,7 +112,8 @@ Json toJson(const Misfit &misfit)
     return {{"cell", {misfit.cellWidth, misfit.cellHeight}},
             {"text", {misfit.textWidth, misfit.textHeight}},
             {"too_wide", misfit.tooWide},
-            {"too_high", misfit.tooHigh}};
+            {"too_high", misfit.tooHigh},
+            {"lines_too_many", misfit.lines > 0 ? misfit.lines - 1 : 0}};
 }
 
 } // namespace app

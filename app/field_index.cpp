@@ -17,7 +17,7 @@
 namespace app {
 
 FieldIndex::FieldIndex(const Workspace &work, const SheetRef &sheet)
-    : m_part(work.path()), m_place(placeOf(work, sheet))
+    : m_part(work.shownPath()), m_place(placeOf(work, sheet))
 {
     const auto drawing = TrDrawing::getDrawing(sheet.tag);
     if (!drawing->hasFormat()) return;
@@ -37,23 +37,26 @@ const IndexedField &FieldIndex::find(const std::string &text) const
 {
     const IndexedField *match = nullptr;
     bool several = false;
-    std::vector<std::string> all;
     for (const IndexedField &field : m_fields) {
-        const std::string name = display(field.name);
-        if (name == text) return field;
+        if (display(field.name) == text) return field;
         if (field.name.field == text) {
             several = match != nullptr;
             match = &field;
         }
-        all.push_back(name);
     }
     if (match && !several) return *match;
     if (match)
         throw Problem(
             fmt::format("{}: several blocks have a field {}: write BLOCK.{}", m_place, text, text));
-    throw Problem(fmt::format("{}: no field {}; there {} {}", m_place, text,
-                              all.size() == 1 ? "is" : "are",
-                              all.empty() ? "none" : joined(all, ", ")));
+    throw UnknownField(fmt::format("{}: no field {}; {}", m_place, text, choices()));
+}
+
+std::string FieldIndex::choices() const
+{
+    std::vector<std::string> all;
+    for (const IndexedField &field : m_fields) all.push_back(display(field.name));
+    return fmt::format("there {} {}", all.size() == 1 ? "is" : "are",
+                       all.empty() ? "none" : joined(all, ", "));
 }
 
 void FieldIndex::requireEditable(const IndexedField &field) const

@@ -22,8 +22,11 @@ public:
 
     // In the order of the sheet. Of two blocks, or fields of a block, with one id the first counts.
     const std::vector<IndexedField> &fields() const { return m_fields; }
-    // As findField(): "BLOCK.FIELD", or a field's name alone when one block has it; else a Problem.
+    // As findField(): "BLOCK.FIELD", or a field's name alone when one block has it; else a Problem, which
+    // is an UnknownField where none has it.
     const IndexedField &find(const std::string &text) const;
+    const std::string &place() const { return m_place; }
+    std::string choices() const; // "there are TITLE.number, TITLE.title"
 
     void requireEditable(const IndexedField &field) const; // a Problem that names the remedy
     void set(const IndexedField &field, const Lines &lines) const;

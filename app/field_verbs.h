@@ -13,6 +13,7 @@ struct FieldArguments {
     SheetTarget target;
     std::string field;
     std::vector<std::string> lines;
+    bool clear = false;
     std::string answer; // yes or no
     bool force = false;
     bool strict = false;

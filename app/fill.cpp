@@ -1,6 +1,5 @@
 #include "app/fill.h"
 
-#include "app/csv.h"
 #include "app/field_index.h"
 #include "app/formats.h"
 #include "app/problem.h"
@@ -10,16 +9,10 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
-#include <filesystem>
-#include <fstream>
-#include <optional>
 
 namespace app {
 
 namespace {
-
-// --- values -----------------------------------------------------------------------------------
 
 Lines linesOf(const Json &value, const std::string &where)
 {
@@ -37,87 +30,20 @@ Lines linesOf(const Json &value, const std::string &where)
     throw Problem(where + ": a value must be a text, a number or a list of texts");
 }
 
-// --- JSON -------------------------------------------------------------------------------------
-
-Json parseJson(const std::string &path)
+// A file of several records, with none chosen, names no field of the sheet at its top.
+void requireOneRecord(const Workspace &work, const SheetRef &sheet, const DataFile &data)
 {
-    std::ifstream file(path);
-    if (!file) throw Problem(path + ": cannot be opened: check the path");
-    try {
-        return Json::parse(file);
-    } catch (const Json::parse_error &broken) {
-        throw Problem(fmt::format("{}: is no JSON: {}", path, broken.what()));
+    if (data.isRecord || data.values.empty()) return;
+    const std::vector<std::string> blocks = blocksOf(work, sheet);
+    std::vector<std::string> records;
+    for (const auto &[name, member] : data.values.items()) {
+        if (!member.is_object() || std::count(blocks.begin(), blocks.end(), name) > 0) return;
+        records.push_back(name);
     }
+    throw Problem(fmt::format("{}: holds {} {}: choose with --record, as in --record {}", data.path,
+                              records.size() == 1 ? "the record" : "the records",
+                              shortList(records), records.front()));
 }
-
-std::optional<std::size_t> asIndex(const std::string &text)
-{
-    std::size_t index = 0;
-    const char *end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, index);
-    if (error != std::errc() || stop != end) return {};
-    return index;
-}
-
-Json recordOfJson(const Json &whole, const std::string &path, const std::string &record)
-{
-    if (record.empty()) return whole;
-    if (whole.is_object() && whole.contains(record)) return whole[record];
-    if (const auto index = asIndex(record); whole.is_array() && index && *index < whole.size())
-        return whole[*index];
-    throw Problem(fmt::format("{}: holds no record {}", path, record));
-}
-
-// --- CSV --------------------------------------------------------------------------------------
-
-bool isFieldList(const CsvRow &header)
-{
-    return header.size() == 2 && header[0] == "field" && header[1] == "value";
-}
-
-// A name given twice has the values of both, line below line.
-Json fieldList(const std::vector<CsvRow> &rows)
-{
-    Json values = Json::object();
-    for (std::size_t i = 1; i < rows.size(); ++i) {
-        Json &value = values[rows[i][0]];
-        value = value.is_null() ? rows[i][1] : value.get<std::string>() + "\n" + rows[i][1];
-    }
-    return values;
-}
-
-const CsvRow &recordOfCsv(const std::vector<CsvRow> &rows, const std::string &path,
-                          const std::string &record)
-{
-    if (record.empty()) {
-        if (rows.size() == 2) return rows[1];
-        throw Problem(fmt::format("{}: has {} records: choose one with --record and its {}", path,
-                                  rows.size() - 1, rows[0][0]));
-    }
-    const auto found = std::find_if(rows.begin() + 1, rows.end(),
-                                    [&](const CsvRow &row) { return row[0] == record; });
-    if (found == rows.end())
-        throw Problem(fmt::format("{}: holds no record whose {} is {}", path, rows[0][0], record));
-    return *found;
-}
-
-Json valuesOfCsv(const std::string &path, const std::string &record)
-{
-    const std::vector<CsvRow> rows = readCsv(path);
-    if (rows.empty())
-        throw Problem(path + ": is empty: a first line with the field names is needed");
-    if (isFieldList(rows[0]) && record.empty()) return fieldList(rows);
-    const CsvRow &chosen = recordOfCsv(rows, path, record);
-    Json values = Json::object();
-    for (std::size_t i = 0; i < chosen.size(); ++i) {
-        if (values.contains(rows[0][i]))
-            throw Problem(fmt::format("{}: has two columns {}: remove one", path, rows[0][i]));
-        values[rows[0][i]] = chosen[i];
-    }
-    return values;
-}
-
-// --- what is to be set ------------------------------------------------------------------------
 
 struct WantedValue {
     const IndexedField *field;
@@ -136,6 +62,7 @@ public:
             }
             for (const auto &[field, inner] : value.items()) add(key + "." + field, inner);
         }
+        if (!m_unknown.empty()) m_problems.insert(m_problems.begin(), unknownFields());
         if (!m_problems.empty()) throw Problem(joined(m_problems, "\n"));
     }
 
@@ -153,32 +80,34 @@ private:
             const IndexedField &field = m_fields.find(text);
             if (!m_force) m_fields.requireEditable(field);
             m_values.push_back({&field, linesOf(value, m_path + ", " + text)});
+        } catch (const UnknownField &) {
+            m_unknown.push_back(text);
         } catch (const Problem &problem) {
             m_problems.emplace_back(problem.what());
         }
+    }
+
+    // What there is instead is said once.
+    std::string unknownFields() const
+    {
+        return fmt::format("{}: no {} {} on {}; {}", m_path,
+                           m_unknown.size() == 1 ? "field" : "fields", joined(m_unknown, ", "),
+                           m_fields.place(), m_fields.choices());
     }
 
     const FieldIndex &m_fields;
     const std::string &m_path;
     const bool m_force;
     std::vector<WantedValue> m_values;
+    std::vector<std::string> m_unknown;
     std::vector<std::string> m_problems;
 };
 
 } // namespace
 
-DataFile readData(const std::string &path, const std::string &record)
-{
-    if (std::filesystem::path(path).extension() == ".csv") return {path, valuesOfCsv(path, record)};
-    DataFile data{path, recordOfJson(parseJson(path), path, record)};
-    if (!data.values.is_object())
-        throw Problem(path + ": must hold an object of field names to values" +
-                      (data.values.is_array() ? ": choose one of the list with --record" : ""));
-    return data;
-}
-
 FillReport fillIn(const Workspace &work, const SheetRef &sheet, const DataFile &data, bool force)
 {
+    requireOneRecord(work, sheet, data);
     const FieldIndex fields(work, sheet);
     const Wanted wanted(fields, data, force);
     FillReport report;

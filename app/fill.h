@@ -1,6 +1,7 @@
-// Data files with the values of a sheet's fields.
+// Many values of a sheet at once.
 #pragma once
 
+#include "app/data_file.h"
 #include "app/field_fit.h"
 #include "app/values.h"
 
@@ -8,16 +9,6 @@
 #include <vector>
 
 namespace app {
-
-// JSON: an object of field names to texts, numbers or lists of lines, nested by block where one likes;
-// `record` picks a member of the file's object, or an index of its list.
-// CSV: two columns "field,value" with a field a row, or a column a field with a record a row; `record`
-// is then the value of a record's first cell.
-struct DataFile {
-    std::string path;
-    Json values;
-};
-DataFile readData(const std::string &path, const std::string &record);
 
 struct MisfitReport {
     FieldName name;

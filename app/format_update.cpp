@@ -13,6 +13,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <map>
 
 namespace app {
 
@@ -142,48 +143,68 @@ void print(const std::string &place, const UpdateReport &report)
                               oneLine(joined(value.after, "\n"))));
 }
 
-int update(const Options &options, const SheetTarget &target)
+struct UpdateArguments {
+    SheetTarget target;
+    bool force = false;
+};
+
+// All of it happens in memory first, so that what would be lost is known before anything is.
+int update(const Options &options, const UpdateArguments &arguments)
 {
+    const SheetTarget &target = arguments.target;
     Workspace work(options);
     work.open(target.path);
+    std::map<tag_t, SheetBefore> before;
+    for (const SheetRef &sheet : work.sheets()) before[sheet.tag] = lookBefore(sheet.tag);
     Json result = Json::array();
+    std::vector<std::string> losses;
     int updated = 0;
     onSheets(work, target.sheet, [&](const SheetRef &sheet) {
         const std::string place = placeOf(work, sheet);
-        const SheetState state = driftOf(sheet.tag).state;
-        if (state == SheetState::none && target.sheet.empty()) return;
-        const UpdateReport report = updateSheet(sheet.tag, place);
-        updated += state != SheetState::current;
+        if (!storedFormat(sheet.tag) && target.sheet.empty()) return;
+        const UpdateReport report = updateSheet(sheet.tag, place, before[sheet.tag]);
+        updated += report.before.state != SheetState::current;
+        for (const std::string &loss : lossesOf(report))
+            losses.push_back(fmt::format("sheet {}, {}", sheet.name, loss));
         if (options.json)
             result.push_back(toJson(sheet, report));
         else
             print(place, report);
     });
     if (options.json) printJson(result);
+    if (!losses.empty() && !arguments.force)
+        throw Problem(fmt::format("{}: nothing is saved, since values would be lost: {}. Their "
+                                  "fields are gone from the definition: give --force to lose {}",
+                                  target.path, joined(losses, "; "),
+                                  losses.size() == 1 ? "it" : "them"));
     if (!options.dryRun && updated > 0) work.save();
     return kFine;
 }
 
-using Run = int (*)(const Options &, const SheetTarget &);
-
-void addVerb(Command command, CLI::App *family, const char *name, const char *help, Run run)
+CLI::App *addVerb(CLI::App *family, const char *name, const char *help, SheetTarget &target)
 {
-    auto target = std::make_shared<SheetTarget>();
     CLI::App *verb = family->add_subcommand(name, help);
-    verb->add_option("part", target->path, "The drawing")->required();
-    verb->add_option("-s,--sheet", target->sheet, "One sheet; all of them without");
-    verb->callback([=] {
-        command.chosen = [=, &options = command.options] { return run(options, *target); };
-    });
+    verb->add_option("part", target.path, "The drawing")->required();
+    verb->add_option("-s,--sheet", target.sheet, "One sheet; all of them without");
+    return verb;
 }
 
 } // namespace
 
 void addFormatUpdateVerbs(CLI::App *family, Command command)
 {
-    addVerb(command, family, "check", "What differs from the definitions; 1 when something does",
-            check);
-    addVerb(command, family, "update", "Bring up to date with the definitions", update);
+    auto target = std::make_shared<SheetTarget>();
+    addVerb(family, "check", "What differs from the definitions; 1 when something does", *target)
+        ->callback([=] {
+            command.chosen = [=, &options = command.options] { return check(options, *target); };
+        });
+    auto arguments = std::make_shared<UpdateArguments>();
+    CLI::App *verb =
+        addVerb(family, "update", "Bring up to date with the definitions", arguments->target);
+    verb->add_flag("-f,--force", arguments->force, "Also when values would be lost");
+    verb->callback([=] {
+        command.chosen = [=, &options = command.options] { return update(options, *arguments); };
+    });
 }
 
 } // namespace app

@@ -57,7 +57,7 @@ void placeFormat(const Workspace &work, const SheetRef &sheet, const FormatName 
 
 std::string placeOf(const Workspace &work, const SheetRef &sheet)
 {
-    return fmt::format("{}, sheet {}", work.path(), sheet.name);
+    return fmt::format("{}, sheet {}", work.shownPath(), sheet.name);
 }
 
 } // namespace app

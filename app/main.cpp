@@ -1,5 +1,6 @@
 // qelfmt: drawing formats from the command line.
 #include "app/authoring/complaints.h"
+#include "app/examples.h"
 #include "app/output.h"
 #include "app/problem.h"
 #include "app/verbs.h"
@@ -74,6 +75,7 @@ int main(int argc, char **argv)
     app::addCheckVerb(command);
     app::addUpdateVerb(command);
     app::addUndoVerb(command);
+    app::addExamples(parser);
     try {
         parser.parse(argc, argv);
     } catch (const CLI::ParseError &error) {

@@ -1,5 +1,7 @@
 #include "app/output.h"
 
+#include "app/library_output.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -10,10 +12,12 @@ namespace app {
 void printJson(const Json &json)
 {
     // Bytes that are no UTF-8 are shown replaced: a report never fails for an old text.
-    fmt::print("{}\n", json.dump(2, ' ', false, Json::error_handler_t::replace));
+    fmt::print(results(), "{}\n", json.dump(2, ' ', false, Json::error_handler_t::replace));
 }
 
-void printLine(const std::string &text) { fmt::print("{}\n", text); }
+void printLine(const std::string &text) { fmt::print(results(), "{}\n", text); }
+
+void printText(const std::string &text) { fmt::print(results(), "{}", text); }
 
 void printNote(const Options &options, const std::string &text)
 {

@@ -14,6 +14,7 @@ using Json = nlohmann::ordered_json;
 
 void printJson(const Json &json);
 void printLine(const std::string &text);
+void printText(const std::string &text);                         // as it is
 void printNote(const Options &options, const std::string &text); // not with --quiet
 
 // Columns as wide as their widest text (counted in characters), two blanks between them.

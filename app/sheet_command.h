@@ -19,7 +19,8 @@ struct SheetTarget {
 
 void addTarget(CLI::App *verb, SheetTarget &target);
 
-// Opens the drawing and the sheet, runs `change`, and saves unless it failed or --dry-run is given.
+// Opens the drawing and the sheet, runs `change`, and saves unless it failed or --dry-run is given. A sheet of
+// an older generation is converted first, each field by its name.
 int changeSheet(const Options &options, const SheetTarget &target,
                 const std::function<void(Workspace &, const SheetRef &)> &change);
 // The same without saving.

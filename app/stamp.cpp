@@ -63,6 +63,7 @@ int stampOne(const Options &options, const StampArguments &arguments)
 
     Workspace work(options, rows.templatePath.empty());
     const SheetRef sheet = prepare(work, arguments);
+    work.speakOf(rows.output);
     if (!rows.data.empty()) {
         const auto report = fillIn(work, sheet, readData(rows.data, arguments.record));
         printMisfits(options, placeOf(work, sheet), report.misfits);

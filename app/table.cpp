@@ -74,6 +74,7 @@ int addRow(const Options &options, const TableArguments &arguments)
 
 int setRow(const Options &options, const TableArguments &arguments)
 {
+    requireLines("table set", arguments.lines, arguments.clear);
     return changeTable(options, arguments, [&](const TableRows &table) {
         table.requireRow(arguments.row);
         table.requireField(arguments.field);
@@ -197,7 +198,8 @@ void addValueVerbs(TableFamily &family)
     CLI::App *set = family.onTable("set", "Set a value, an argument a line", setRow);
     set->add_option("row", a.row, "Counted from 0")->required();
     set->add_option("field", a.field, "One of its fields")->required();
-    set->add_option("lines", a.lines, "The lines; none sets an empty value");
+    set->add_option("lines", a.lines, "The lines; '' is an empty one");
+    set->add_flag("--clear", a.clear, "Set an empty value");
     CLI::App *importing = family.onTable("import", "Append rows from a CSV file", importRows);
     importing->add_option("file", a.file, "FILE.csv, first line the names of fields")->required();
     importing->add_flag("--replace", a.replace, "Delete the rows there are first");

@@ -9,7 +9,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <fstream>
 #include <numeric>
 
@@ -87,7 +86,7 @@ int exportRows(const Options &options, const TableArguments &arguments)
         }
         const std::string text = writeCsv(rows);
         if (arguments.file.empty())
-            std::fwrite(text.data(), 1, text.size(), stdout);
+            printText(text);
         else if (!options.dryRun)
             writeFile(arguments.file, text);
         if (options.json && !arguments.file.empty())

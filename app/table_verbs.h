@@ -20,6 +20,7 @@ struct TableArguments {
     int first = -1; // hide: so many of the first rows
     std::string field;
     std::vector<std::string> lines; // of a value, or FIELD=VALUE
+    bool clear = false;
     std::string file;
     bool force = false;
     bool strict = false;

@@ -1,5 +1,6 @@
 #include "app/update.h"
 
+#include "app/output.h"
 #include "app/problem.h"
 #include "app/update_block.h"
 #include "app/update_plan.h"
@@ -33,39 +34,37 @@ using Lines = std::vector<std::string>;
 
 // --- values before and after --------------------------------------------------------------------------
 
-struct Shown {
-    std::string block;
-    std::string field;
-    Lines value;
-};
+using Key = std::pair<std::size_t, std::string>; // the place of the block, which an update keeps
 
-// By the record of the block, which an update keeps, and the way to the field in it.
-using Values = std::vector<std::pair<std::pair<tag_t, std::string>, Shown>>;
+Key keyOf(const ShownValue &value) { return {value.blockIndex, value.field}; }
 
 template <class Fields>
-void addValues(const TrBlockBase &block, const Fields &fields, const std::string &before,
-               Values &values)
+void addValues(std::size_t index, const std::string &block, const Fields &fields,
+               const std::string &before, std::vector<ShownValue> &values)
 {
     std::map<std::string, int> seen;
     for (const auto &field : fields) {
         const std::string name = before + field->GetFieldDefName();
         const int count = seen[name]++;
-        const std::string key = count ? fmt::format("{} ({})", name, count + 1) : name;
-        values.push_back({{block.tag(), key}, {block.GetBlockDefName(), key, field->GetValue()}});
+        values.push_back({index, block, count ? fmt::format("{} ({})", name, count + 1) : name,
+                          field->GetValue()});
     }
 }
 
-Values valuesOn(const TrFormatBase &format)
+std::vector<ShownValue> valuesOn(const TrFormatBase &format)
 {
-    Values values;
+    std::vector<ShownValue> values;
+    std::size_t index = 0;
     for (const BlockPtr &block : format.getBlocks()) {
-        addValues(*block, block->getFields(), "", values);
+        const std::string id = block->GetBlockDefName();
+        addValues(index, id, block->getFields(), "", values);
         for (const auto &table : block->getTables()) {
             int row = 0;
             for (const auto &entry : table->getEntries())
-                addValues(*block, entry->getFields(),
+                addValues(index, id, entry->getFields(),
                           fmt::format("{}[{}].", table->GetTableDefName(), row++), values);
         }
+        ++index;
     }
     return values;
 }
@@ -75,23 +74,26 @@ bool saysSomething(const Lines &lines)
     return std::any_of(lines.begin(), lines.end(), [](const auto &line) { return !line.empty(); });
 }
 
-std::vector<ValueChange> changes(const Values &before, const Values &after)
+std::vector<ValueChange> changes(const std::vector<ShownValue> &before,
+                                 const std::vector<ShownValue> &after)
 {
-    const std::map old(before.begin(), before.end()), now(after.begin(), after.end());
+    std::map<Key, const ShownValue *> old, now;
+    for (const ShownValue &value : before) old.emplace(keyOf(value), &value);
+    for (const ShownValue &value : after) now.emplace(keyOf(value), &value);
     std::vector<ValueChange> found;
-    for (const auto &[key, shown] : before) {
-        const auto still = now.find(key);
+    for (const ShownValue &was : before) {
+        const auto still = now.find(keyOf(was));
         if (still == now.end()) {
-            if (saysSomething(shown.value))
-                found.push_back({shown.block, shown.field, ValueChangeKind::lost, shown.value, {}});
-        } else if (still->second.value != shown.value) {
-            found.push_back({shown.block, shown.field, ValueChangeKind::recomputed, shown.value,
-                             still->second.value});
+            if (saysSomething(was.lines))
+                found.push_back({was.block, was.field, ValueChangeKind::lost, was.lines, {}});
+        } else if (still->second->lines != was.lines) {
+            found.push_back({was.block, was.field, ValueChangeKind::recomputed, was.lines,
+                             still->second->lines});
         }
     }
-    for (const auto &[key, shown] : after)
-        if (!old.contains(key))
-            found.push_back({shown.block, shown.field, ValueChangeKind::added, {}, shown.value});
+    for (const ShownValue &is : after)
+        if (!old.contains(keyOf(is)))
+            found.push_back({is.block, is.field, ValueChangeKind::added, {}, is.lines});
     return found;
 }
 
@@ -202,14 +204,38 @@ std::string nameOf(ValueChangeKind kind)
     return "recomputed";
 }
 
+std::vector<std::string> lossesOf(const UpdateReport &report)
+{
+    std::vector<std::string> losses;
+    for (const ValueChange &value : report.values)
+        if (value.kind == ValueChangeKind::lost)
+            losses.push_back(
+                fmt::format("{}.{} = {}", value.block, value.field, joined(value.before, " | ")));
+    return losses;
+}
+
+SheetBefore lookBefore(tag_t sheet)
+{
+    SheetBefore before;
+    before.legacy = hasLegacyRecords(sheet);
+    if (before.legacy) before.values = valuesOn(*storedFormat(sheet));
+    return before;
+}
+
 UpdateReport updateSheet(tag_t sheet, const std::string &place)
+{
+    return updateSheet(sheet, place, lookBefore(sheet));
+}
+
+UpdateReport updateSheet(tag_t sheet, const std::string &place, const SheetBefore &before)
 {
     UpdateReport report;
     report.before = driftOf(sheet);
+    if (before.legacy) report.before.state = SheetState::legacy;
     requireFormat(sheet, place);
     const auto format = TrDrawing::getDrawing(sheet)->format();
     const auto disk = TrDefinitionFileManager::GetFormatDefinition(format->GetFormatDefName());
-    const Values before = valuesOn(*format);
+    const auto values = before.legacy ? before.values : valuesOn(*format);
 
     const auto blocks = format->getBlocks();
     for (std::size_t i = 0; i < blocks.size(); ++i)
@@ -233,7 +259,7 @@ UpdateReport updateSheet(tag_t sheet, const std::string &place)
         checkLibrary(TRV_FMT_add_block(sheet, id.c_str()), place);
         report.addedBlocks.push_back(id);
     }
-    report.values = changes(before, valuesOn(*format));
+    report.values = changes(values, valuesOn(*format));
     return report;
 }
 

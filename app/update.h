@@ -38,11 +38,32 @@ struct UpdateReport {
     std::vector<ValueChange> values;
 };
 
+// A value and where it stands: the place of its block on the sheet, and the way to the field in it.
+struct ShownValue {
+    std::size_t blockIndex;
+    std::string block;
+    std::string field;
+    std::vector<std::string> lines;
+};
+
+// What a sheet of an older generation shows before anybody looks at it: looking converts it, by which fields
+// that their definition no longer has are lost. To be asked of every sheet of a drawing before one of them is
+// updated, since a field may look at other sheets.
+struct SheetBefore {
+    bool legacy = false;
+    std::vector<ShownValue> values; // of an older generation only
+};
+SheetBefore lookBefore(tag_t sheet);
+
 std::string nameOf(UpdateMethod method);
 std::string nameOf(ValueChangeKind kind);
 
 // The sheet must be the current one and have a format whose definition is loaded; `place` names it in
 // messages. When it fails the part is not to be saved.
+UpdateReport updateSheet(tag_t sheet, const std::string &place, const SheetBefore &before);
 UpdateReport updateSheet(tag_t sheet, const std::string &place);
+
+// "TITLE.NUMBER = 4711", a text a value that was lost.
+std::vector<std::string> lossesOf(const UpdateReport &report);
 
 } // namespace app

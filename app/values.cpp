@@ -2,7 +2,6 @@
 
 #include "app/field_index.h"
 #include "app/formats.h"
-#include "app/problem.h"
 
 #include "content/field.h"
 #include "drawing/block.h"
@@ -106,6 +105,15 @@ boost::shared_ptr<TrFieldBase> recordOf(const SheetRef &sheet, const FieldName &
 FieldName findField(const Workspace &work, const SheetRef &sheet, const std::string &text)
 {
     return FieldIndex(work, sheet).find(text).name;
+}
+
+void requireLines(const std::string &verb, const Lines &lines, bool clear)
+{
+    if (lines.empty() && !clear)
+        throw Problem(verb + ": no value given: write it behind the field, or --clear to empty it",
+                      kUsage);
+    if (!lines.empty() && clear)
+        throw Problem(verb + ": a value and --clear: give one of them", kUsage);
 }
 
 Json toJson(const Lines &lines)

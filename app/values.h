@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/output.h"
+#include "app/problem.h"
 #include "app/workspace.h"
 
 #include "api/trv_fmt.h"
@@ -45,9 +46,18 @@ std::vector<FieldValue> valuesOf(const Workspace &work, const SheetRef &sheet);
 // The record itself, for what the C interface does not tell.
 boost::shared_ptr<TrFieldBase> recordOf(const SheetRef &sheet, const FieldName &name);
 
+// No block of the sheet has such a field.
+class UnknownField : public Problem {
+public:
+    using Problem::Problem;
+};
+
 // "BLOCK.FIELD", or a field's name alone when one block of the sheet has it; else a Problem that lists
 // what there is.
 FieldName findField(const Workspace &work, const SheetRef &sheet, const std::string &text);
+
+// A value is never emptied by leaving it out: a usage Problem that names the verb.
+void requireLines(const std::string &verb, const Lines &lines, bool clear);
 
 Json toJson(const Lines &lines); // one line: a text; else a list
 Lines splitLines(const std::string &text);

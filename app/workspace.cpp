@@ -1,5 +1,6 @@
 #include "app/workspace.h"
 
+#include "app/library_output.h"
 #include "app/output.h"
 #include "app/problem.h"
 
@@ -70,10 +71,13 @@ Workspace::Workspace(const Options &options, bool loadDefinitions)
         }
         LumUg::NxSearchFileList::setSearchDirectories(folders);
     }
+    divertLibraryOutput(options.quiet);
     if (options.verbose) showLog();
     findPatterns(options);
-    nxhost::start();
-    checkLibrary(QEL_FMT_initialize(loadDefinitions), "start");
+    tellingOnce([&] {
+        nxhost::start();
+        checkLibrary(QEL_FMT_initialize(loadDefinitions), "start");
+    });
 }
 
 Workspace::~Workspace() { TRV_FMT_terminate(); }
@@ -85,6 +89,7 @@ void Workspace::open(const std::string &path)
     UF_PART_free_load_status(&status);
     if (code) throw Problem::ofPart(path, code);
     m_path = path;
+    m_shown.clear();
 }
 
 void Workspace::create(const std::string &path, int units)
@@ -92,6 +97,7 @@ void Workspace::create(const std::string &path, int units)
     if (const int code = UF_PART_new(path.c_str(), units, &m_part))
         throw Problem::ofPart(path, code);
     m_path = path;
+    m_shown.clear();
 }
 
 void Workspace::save()

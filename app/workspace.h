@@ -27,6 +27,8 @@ public:
 
     void open(const std::string &path);
     void create(const std::string &path, int units); // in memory until it is saved
+    // Messages speak of this file instead: a part that is never saved is known to nobody.
+    void speakOf(const std::string &path) { m_shown = path; }
     void save();
     // With `replace` in the place of a file that is there, which is the old or the whole new one.
     void saveAs(const std::string &path, bool replace = false);
@@ -34,6 +36,7 @@ public:
     tag_t part() const { return m_part; }
     int units() const; // 1 millimetres, 2 inches
     const std::string &path() const { return m_path; }
+    const std::string &shownPath() const { return m_shown.empty() ? m_path : m_shown; }
 
     std::vector<SheetRef> sheets() const;
     // Opens the named sheet; an empty name is the only sheet of the part, or a Problem that lists them.
@@ -44,6 +47,7 @@ public:
 private:
     tag_t m_part = NULL_TAG;
     std::string m_path;
+    std::string m_shown; // instead of the path, unless empty
 };
 
 // Raises the library's last error as a Problem, with `context` ("drawing.qdraw, sheet S1") before it.

@@ -5,6 +5,7 @@
 #include "app/fleet/report_output.h"
 #include "app/fleet/run.h"
 #include "app/fleet/stored_rows.h"
+#include "app/library_output.h"
 #include "app/output.h"
 #include "app/problem.h"
 #include "app/verbs.h"
@@ -52,7 +53,7 @@ void write(const Options &options, const ReportArguments &arguments, const RowSo
 {
     const ReportForm form = formOf(options, arguments);
     const Columns columns(arguments.columns);
-    if (arguments.output.empty()) return writeReport(form, columns, rows, stdout);
+    if (arguments.output.empty()) return writeReport(form, columns, rows, results());
     OutputFile file(arguments.output);
     writeReport(form, columns, rows, file.stream());
     file.finish();

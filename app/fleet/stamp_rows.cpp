@@ -129,11 +129,13 @@ std::string stampOne(Workspace &work, const SheetRef &sheet, const Record &recor
     const std::string place = data + ", record " + record.name;
     Json result = Json::array();
     try {
-        for (const MisfitReport &one : fillIn(work, sheet, {place, record.values}).misfits)
+        work.speakOf(output);
+        for (const MisfitReport &one : fillIn(work, sheet, {place, record.values, true}).misfits)
             result.push_back(
                 fmt::format("{}, {}: {}", output, display(one.name), describe(one.misfit)));
     } catch (const Problem &problem) {
-        throw Problem(fmt::format("{}: {}", place, problem.what()));
+        const std::string what = problem.what();
+        throw Problem(what.starts_with(place) ? what : place + ": " + what);
     }
     if (!dryRun) {
         makeFolder(output);

@@ -19,7 +19,6 @@
 #include <algorithm>
 #include <map>
 #include <memory>
-#include <set>
 
 namespace app {
 
@@ -70,9 +69,8 @@ FileUpdate updateOpened(Workspace &work, bool force)
 {
     FileUpdate update;
     const std::vector<SheetRef> sheets = work.sheets();
-    std::set<tag_t> legacy; // before one sheet's update looks at the others
-    for (const SheetRef &sheet : sheets)
-        if (hasLegacyRecords(sheet.tag)) legacy.insert(sheet.tag);
+    std::map<tag_t, SheetBefore> before; // one sheet's update looks at the others
+    for (const SheetRef &sheet : sheets) before[sheet.tag] = lookBefore(sheet.tag);
     tag_t current = NULL_TAG;
     UF_DRAW_ask_current_drawing(&current); // none is open: none is opened again
     bool any = false;
@@ -89,8 +87,9 @@ FileUpdate updateOpened(Workspace &work, bool force)
                                         place, orphans(drift));
             return update;
         }
-        if (drift.state == SheetState::current && legacy.count(sheet.tag) == 0) continue;
-        const UpdateReport report = updateSheet(sheet.tag, work.path() + ", " + place);
+        if (drift.state == SheetState::current && !before[sheet.tag].legacy) continue;
+        const UpdateReport report =
+            updateSheet(sheet.tag, work.path() + ", " + place, before[sheet.tag]);
         if (const std::string lost = losses(report); !lost.empty() && !force) {
             update.result = Result::skipped;
             update.reason = fmt::format("{}: values would be lost: {}: give --force to let them go",

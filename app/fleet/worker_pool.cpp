@@ -1,10 +1,10 @@
 #include "app/fleet/worker_pool.h"
 
+#include "app/library_output.h"
 #include "app/problem.h"
 
 #include "ug_exception.hxx"
 
-#include <fcntl.h>
 #include <fmt/format.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -92,10 +92,7 @@ template <class Body> Reply attempt(const Body &body)
 {
     std::signal(SIGINT, SIG_IGN); // the first process decides what an interrupt ends
     // What the library prints on its own is no result: those go back through the socket.
-    if (const int nowhere = open("/dev/null", O_WRONLY); nowhere >= 0) {
-        dup2(nowhere, STDOUT_FILENO);
-        close(nowhere);
-    }
+    silenceLibrary();
     Handler handler;
     const Reply begun = attempt([&] {
         handler = start();

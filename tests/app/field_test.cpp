@@ -32,6 +32,22 @@ TEST_F(FieldVerbs, ALockedFieldIsSetByForceOnly)
     EXPECT_EQ(field("get", "number").out, "2\n");
 }
 
+TEST_F(FieldVerbs, AValueIsEmptiedOnlyWhenThatIsSaid)
+{
+    ASSERT_EQ(field("set", "title Casing").status, 0);
+    const Outcome missing = field("set", "title");
+    EXPECT_EQ(missing.status, 2);
+    EXPECT_NE(missing.err.find("field set: no value given"), std::string::npos) << missing.err;
+    EXPECT_NE(missing.err.find("--clear"), std::string::npos);
+    EXPECT_EQ(field("set", "title x --clear").status, 2);
+    EXPECT_EQ(field("get", "title").out, "Casing\n");
+    ASSERT_EQ(field("set", "title --clear").status, 0);
+    EXPECT_EQ(field("get", "title").out, "\n");
+    ASSERT_EQ(field("set", "title Casing").status, 0);
+    ASSERT_EQ(field("set", "title ''").status, 0);
+    EXPECT_EQ(field("get", "title").out, "\n");
+}
+
 TEST_F(FieldVerbs, AValueThatDoesNotFitIsReportedWithItsCellAndByHowMuch)
 {
     EXPECT_EQ(field("set", "sheet 1").err, "");

@@ -68,6 +68,15 @@ TEST_F(TableVerbs, RowsAreAppendedAndRead)
     EXPECT_EQ(tables[0]["fields"], nlohmann::json({"zone", "rev", "change"}));
 }
 
+TEST_F(TableVerbs, AValueIsEmptiedOnlyWhenThatIsSaid)
+{
+    addRows("A");
+    EXPECT_EQ(table("set", "0 rev").status, 2);
+    EXPECT_EQ(table("get", "0 rev").out, "A\n");
+    ASSERT_EQ(table("set", "0 rev --clear").status, 0);
+    EXPECT_EQ(table("get", "0 rev").out, "\n");
+}
+
 TEST_F(TableVerbs, RowsMoveHideAndGo)
 {
     addRows("ABCD");

@@ -62,6 +62,19 @@ TEST_F(Updates, AChangedSlotIsNamedWithBothValuesAndUpdated)
     EXPECT_EQ(qelfmt("field get a.qdraw title -s A --defs site").out, "Casing\n");
 }
 
+TEST_F(Updates, AReportInJsonIsNothingButJson)
+{
+    editDefinitions();
+    const Outcome update = qelfmt("--json format update a.qdraw --defs site");
+    ASSERT_EQ(update.status, 0) << update.err;
+    const auto report = nlohmann::json::parse(update.out, nullptr, false);
+    ASSERT_TRUE(report.is_array()) << update.out;
+    EXPECT_EQ(report.size(), 2u);
+    EXPECT_EQ(report[0]["blocks"][0]["id"], "TITLE");
+    EXPECT_NE(update.err.find("Format update took"), std::string::npos); // said by the library
+    EXPECT_EQ(qelfmt("--json --quiet format update a.qdraw --defs site").err, "");
+}
+
 TEST_F(Updates, ASheetWithoutItsDefinitionIsAnOrphanAndIsLeftAlone)
 {
     std::filesystem::create_directories(folder / "empty/format_defs");
