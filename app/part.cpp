@@ -1,5 +1,6 @@
 // part: drawings as files.
 #include "app/output.h"
+#include "app/part_verbs.h"
 #include "app/verbs.h"
 #include "app/workspace.h"
 
@@ -38,6 +39,8 @@ void addPartVerbs(Command command)
     verb->callback([=] {
         command.chosen = [=, &options = command.options] { return newPart(options, *arguments); };
     });
+    addPartCheckVerb(part, command);
+    addPartSalvageVerb(part, command);
 }
 
 } // namespace app

@@ -1,5 +1,6 @@
 #include "app/picture.h"
 
+#include "app/document_info.h"
 #include "app/problem.h"
 
 #include <fmt/format.h>
@@ -33,11 +34,13 @@ host::display::RenderResult drawSheets(const std::vector<SheetRef> &sheets, cons
                                        const host::display::RenderOptions &options)
 {
     const std::string ending = endingOf(path);
-    if (ending == ".svg") return host::display::writeSvg(sheets.front().tag, path, options);
+    if (ending == ".svg")
+        return host::display::writeSvg(sheets.front().tag, path,
+                                       withDocumentInfo(options, {sheets.front()}));
     if (ending == ".png") return host::display::writePng(sheets.front().tag, path, options);
     std::vector<tag_t> tags;
     for (const SheetRef &sheet : sheets) tags.push_back(sheet.tag);
-    return host::display::writePdf(tags, path, options);
+    return host::display::writePdf(tags, path, withDocumentInfo(options, sheets));
 }
 
 std::vector<std::string> pictureNames(const std::vector<SheetRef> &sheets, const std::string &path)

@@ -14,7 +14,8 @@ bool isPicture(const std::string &path); // .pdf, .svg or .png
 // A Problem unless the path is a picture's or ends in .qdraw.
 void requirePictureOrDrawing(const std::string &path);
 
-// A PDF has a page a sheet; an SVG or PNG shows one sheet.
+// A PDF has a page a sheet; an SVG or PNG shows one sheet. What the file says of itself comes from the title
+// block (document_info.h), unless the options have it.
 host::display::RenderResult drawSheets(const std::vector<SheetRef> &sheets, const std::string &path,
                                        const host::display::RenderOptions &options = {});
 

@@ -1,4 +1,5 @@
 // render: sheets as pictures.
+#include "app/document_info.h"
 #include "app/fleet/render_many.h"
 #include "app/output.h"
 #include "app/picture.h"
@@ -105,6 +106,7 @@ void addRenderVerb(Command command)
     verb->add_flag("--merge", many.merge, "One PDF of all of them");
     verb->add_option("--dpi", many.options.pngDpi, "Resolution of a PNG");
     verb->add_flag("--monochrome", many.options.monochrome, "Everything black");
+    addDateOption(verb, many.options);
     fleet::addRunOptions(verb, many.run);
     verb->callback([=] {
         command.chosen = [=, &options = command.options] { return render(options, *arguments); };

@@ -1,5 +1,6 @@
 // stamp: a sheet with its format and its values, straight to a picture or into a drawing; or one for
 // each record of a data file.
+#include "app/document_info.h"
 #include "app/fill.h"
 #include "app/fleet/records.h"
 #include "app/fleet/stamp_rows.h"
@@ -70,7 +71,7 @@ int stampOne(const Options &options, const StampArguments &arguments)
     }
     if (options.dryRun) return kFine;
     if (!drawing)
-        drawSheets({sheet}, rows.output);
+        drawSheets({sheet}, rows.output, rows.picture);
     else if (work.path() == rows.output)
         work.save();
     else
@@ -116,6 +117,7 @@ void addStampVerb(Command command)
     verb->add_option("--record", arguments->record, "Which member of the data file to take");
     verb->add_option("-s,--sheet", rows.sheet, "Name of the sheet");
     verb->add_flag("--add", arguments->add, "Add the sheet to a drawing that exists");
+    addDateOption(verb, rows.picture);
     verb->add_flag("--overwrite", rows.overwrite, "Drawings that exist are made anew");
     fleet::addRunOptions(verb, rows.run);
     verb->callback([=] {

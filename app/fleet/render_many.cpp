@@ -113,10 +113,10 @@ int renderMany(const Options &options, const RenderManyArguments &arguments)
     if (arguments.merge) return merge(options, arguments, found);
     const auto outputs = outputsOf(found, arguments);
     Run run(options, arguments.run,
-            fmt::format("render {} {} -o {} {} {} {}", joined(arguments.paths.paths, " "),
+            fmt::format("render {} {} -o {} {} {} {} {}", joined(arguments.paths.paths, " "),
                         arguments.paths.filesFrom + arguments.paths.shard, arguments.output,
                         arguments.ending, arguments.options.monochrome ? "--monochrome" : "",
-                        arguments.options.pngDpi),
+                        arguments.options.pngDpi, arguments.options.creationDate.value_or("")),
             pathsOf(found));
     const RunEnd end = run.execute(
         onDrawings(options, run.keys(), false, [&options, &arguments, &outputs](Workspace &work) {

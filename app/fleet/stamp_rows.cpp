@@ -124,9 +124,9 @@ void dropNames(std::vector<Record> &records, const NamePattern &pattern, const O
 }
 
 std::string stampOne(Workspace &work, const SheetRef &sheet, const Record &record,
-                     const std::string &data, const std::string &output, bool dryRun)
+                     const StampRowsArguments &arguments, const std::string &output, bool dryRun)
 {
-    const std::string place = data + ", record " + record.name;
+    const std::string place = arguments.data + ", record " + record.name;
     Json result = Json::array();
     try {
         work.speakOf(output);
@@ -142,7 +142,7 @@ std::string stampOne(Workspace &work, const SheetRef &sheet, const Record &recor
         if (fs::path(output).extension() == ".qdraw") {
             work.saveAs(output, true); // only what may be overwritten is still there
         } else {
-            drawSheets({sheet}, output);
+            drawSheets({sheet}, output, arguments.picture);
         }
     }
     return result.dump(-1, ' ', false, Json::error_handler_t::replace);
@@ -161,9 +161,10 @@ int stampRows(const Options &options, const StampRowsArguments &arguments)
     dropNames(records, pattern, options, arguments);
 
     Run run(options, arguments.run,
-            fmt::format("stamp {}{} {} --data {} -o {} --defs {}", arguments.format,
+            fmt::format("stamp {}{} {} --data {} -o {} --defs {} {}", arguments.format,
                         arguments.templatePath, arguments.sheet, arguments.data, arguments.output,
-                        joined(options.definitions, ":")),
+                        joined(options.definitions, ":"),
+                        arguments.picture.creationDate.value_or("")),
             outputs);
     const bool drawings = fs::path(arguments.output).extension() == ".qdraw";
     std::vector<bool> mayStand(outputs.size(), !drawings || arguments.overwrite);
@@ -175,7 +176,7 @@ int stampRows(const Options &options, const StampRowsArguments &arguments)
         return [&, start](std::size_t item) {
             requireFree(outputs[item], mayStand[item]);
             return start->with([&](Workspace &work, const SheetRef &sheet) {
-                return stampOne(work, sheet, records[item], arguments.data, outputs[item],
+                return stampOne(work, sheet, records[item], arguments, outputs[item],
                                 options.dryRun);
             });
         };

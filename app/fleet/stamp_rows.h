@@ -4,6 +4,8 @@
 #include "app/fleet/run.h"
 #include "app/options.h"
 
+#include "display/render.h"
+
 #include <string>
 
 namespace app::fleet {
@@ -15,6 +17,7 @@ struct StampRowsArguments {
     std::string data;
     std::string output; // a NamePattern: .qdraw, .pdf, .svg or .png
     bool overwrite = false;
+    host::display::RenderOptions picture;
     RunArguments run;
 };
 

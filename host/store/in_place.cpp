@@ -35,14 +35,15 @@ public:
     Database database;
     PartRow row; // its layers do not outlive the constructor
 
-private:
-    // Not moved, removed or replaced while we waited.
+    // Not moved, removed or replaced while we waited, or while we wrote.
     void requireInPlace()
     {
         int moved = 0;
         sqlite3_file_control(database.handle(), "main", SQLITE_FCNTL_HAS_MOVED, &moved);
         if (moved) throw changedOnDisk(database.path(), "it was removed or replaced");
     }
+
+private:
     void readPartRow()
     {
         Statement select(database, PartRow::kSelect);
@@ -81,7 +82,11 @@ public:
         updateAttributes(0, m_part.attributes);
         return updatePart();
     }
-    void commit() { database().run("COMMIT"); }
+    void commit()
+    {
+        database().run("COMMIT");
+        m_file.requireInPlace();
+    }
     long long rows() { return sqlite3_total_changes64(database().handle()); }
     MastersById takeMasters() { return std::move(m_masters.byId); }
 

@@ -2,6 +2,10 @@
 #include "paper.h"
 #include "picture.h"
 
+#include "model/text_metrics.h"
+#include "uf_layer.h"
+#include "uf_trns.h"
+
 #include <cmath>
 #include <fstream>
 
@@ -24,6 +28,8 @@ protected:
         pens();
         scripts();
         patterns();
+        flips();
+        nothing(sheet);
         return sheet;
     }
 
@@ -63,6 +69,33 @@ private:
             EXPECT_EQ(UF_OBJ_set_color(made, 4), 0);
     }
 
+    // Where the metrics put the box of a text that is not turned: thin, in blue.
+    static void box(const std::vector<std::string> &lines, const TextLook &look, double x, double y)
+    {
+        host::Lettering metrics;
+        metrics.size = look.size;
+        metrics.aspect = look.aspect;
+        metrics.charSpace = look.charSpace;
+        metrics.lineSpace = look.lineSpace;
+        const double width = host::textWidth(lines, metrics);
+        const double height = host::textHeight(lines.size(), metrics);
+        const host::Vec3 corner = host::boxOffset(look.site, width, height);
+        const double left = x + corner.x, bottom = y + corner.y;
+        const double right = left + width, top = bottom + height;
+        for (const tag_t made :
+             {line(left, bottom, right, bottom, 5), line(right, bottom, right, top, 5),
+              line(right, top, left, top, 5), line(left, top, left, bottom, 5)})
+            EXPECT_EQ(UF_OBJ_set_color(made, 3), 0);
+    }
+
+    static void boxed(const std::vector<std::string> &lines, const TextLook &look, double x,
+                      double y)
+    {
+        note(lines, x, y, look);
+        box(lines, look, x, y);
+        cross(x, y, 2);
+    }
+
     static void frame()
     {
         line(5, 5, 415, 5, 10), line(415, 5, 415, 292, 10);
@@ -77,8 +110,7 @@ private:
             TextLook look;
             look.site = site;
             look.justification = (site - 1) % 3 + 1;
-            note({"Site H" + std::to_string(site), "HgH"}, x, y, look);
-            cross(x, y);
+            boxed({"Site H" + std::to_string(site), "HgH"}, look, x, y);
         }
     }
 
@@ -115,14 +147,14 @@ private:
         for (const double aspect : {0.5, 0.75, 1.0, 1.5}) {
             TextLook look;
             look.aspect = aspect;
-            note({"aspect " + std::to_string(aspect).substr(0, 4)}, 15, y, look);
+            boxed({"aspect " + std::to_string(aspect).substr(0, 4)}, look, 15, y);
             y -= 6;
         }
         y = 187;
         for (const double space : {0.5, 1.0, 2.0, 4.0}) {
             TextLook look;
             look.charSpace = space;
-            note({"spacing " + std::to_string(space).substr(0, 3)}, 60, y, look);
+            boxed({"spacing " + std::to_string(space).substr(0, 3)}, look, 60, y);
             y -= 6;
         }
         int column = 0;
@@ -130,8 +162,8 @@ private:
             TextLook look;
             look.lineSpace = pitch;
             look.site = 1;
-            note({"pitch", std::to_string(pitch).substr(0, 3), "H"}, 105 + column++ * 18, 190,
-                 look);
+            boxed({"pitch", std::to_string(pitch).substr(0, 3), "H"}, look, 135 + column++ * 15,
+                  190);
         }
     }
 
@@ -209,6 +241,43 @@ private:
             cross(x, y);
     }
 
+    // A flip turns a text by half about its origin: the cross stays where it was.
+    static void flips()
+    {
+        title("Flipped: sites 1, 3, 5, 7, 9, each with its cross", 180, 52);
+        double x = 190;
+        for (const int site : {1, 3, 5, 7, 9}) {
+            TextLook look;
+            look.site = site;
+            const tag_t flipped = note({"site " + std::to_string(site), "HgH"}, x, 32, look);
+            double origin[3] = {x, 32, 0}, axis[3] = {0, 0, 1}, degrees = 180, matrix[12];
+            int status = -1;
+            uf5945(origin, axis, &degrees, matrix, &status);
+            const int count = 1, move = 1, sameLayer = 0, noTrace = 2;
+            uf5947(matrix, &flipped, &count, &move, &sameLayer, &noTrace, nullptr, nullptr,
+                   &status);
+            EXPECT_EQ(status, 0);
+            cross(x, 32);
+            x += 24;
+        }
+    }
+
+    // What a sheet must not show: blanked objects, hidden layers, other sheets, the model.
+    void nothing(tag_t sheet)
+    {
+        title("Nothing stands in this box", 322, 52);
+        line(320, 15, 405, 15, 5), line(405, 15, 405, 48, 5);
+        line(405, 48, 320, 48, 5), line(320, 48, 320, 15, 5);
+        EXPECT_EQ(UF_OBJ_set_blank_status(line(322, 17, 403, 46, 13), UF_OBJ_BLANKED), 0);
+        EXPECT_EQ(UF_LAYER_set_status(50, UF_LAYER_INACTIVE_LAYER), 0);
+        for (const tag_t hidden : {line(322, 46, 403, 17, 13), note({"hidden"}, 330, 20),
+                                   pattern("master", 330, 20, 0, 2), symbol(1, "A", "B", 390, 30)})
+            EXPECT_EQ(UF_OBJ_set_layer(hidden, 50), 0);
+        newSheet("Other", 420, 297);
+        line(322, 30, 403, 30, 13);
+        EXPECT_EQ(UF_DRAW_open_drawing(sheet), 0);
+    }
+
     tag_t m_part = NULL_TAG;
 };
 
@@ -227,6 +296,7 @@ TEST_F(Gallery, TheThreeKindsOfFileAgreePixelByPixel)
     const Picture png = Picture::ofPng(base + ".png", 420);
     const Picture pdf = Picture::ofPdf(base + ".pdf", 420, 150);
     const Picture svg = Picture::ofSvg(base + ".svg", 420, 150);
+    EXPECT_EQ(png.inkShare(321, 16, 404, 47), 0); // the box in which nothing stands
     // A twentieth of the sheet is ink; edges that fall between pixels explain what is left.
     EXPECT_GT(png.inkShare(0, 0, 420, 297), 0.03);
     EXPECT_LT(disagreement(png, pdf), 0.0005);

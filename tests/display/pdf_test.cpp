@@ -2,6 +2,7 @@
 #include "picture.h"
 
 #include "display/font_book.h"
+#include "display/sign.h"
 #include "display/truetype_subset.h"
 
 #include <cmath>
@@ -96,6 +97,37 @@ TEST_F(Pdf, TextIsFoundWholeWhateverItsScript)
     const std::string found = output("pdftotext -raw " + file("text.pdf") + " -");
     for (const std::string &text : texts) EXPECT_TRUE(has(found, text)) << text << "\n" << found;
     EXPECT_TRUE(has(found, "narrow and spaced")) << found;
+}
+
+// The font that stands in is named, embedded like the other, and has the characters: no box is drawn.
+TEST_F(Pdf, ChineseComesFromAFontThatHasItAndIsNamed)
+{
+    const std::string chinese =
+        "\xe6\x8a\x80\xe6\x9c\xaf\xe8\xa6\x81\xe6\xb1\x82"; // four characters
+    const tag_t sheet = newSheet("A", 210, 297);
+    note({"M " + chinese + " 6H"}, 20, 100);
+    const RenderResult result = writePdf({sheet}, file("cjk.pdf"));
+    ASSERT_EQ(result.substitutions.size(), 1u);
+    EXPECT_EQ(result.substitutions[0].characters, chinese);
+    ASSERT_FALSE(result.substitutions[0].font.empty())
+        << "no font has them: install what scripts/bootstrap names";
+    EXPECT_TRUE(std::filesystem::exists(result.substitutions[0].file));
+    for (const char32_t character : U"技术要求")
+        if (character) {
+            EXPECT_NE(signOf({character}).glyph, 0u);
+        }
+    const std::string fonts = output("pdffonts " + file("cjk.pdf"));
+    EXPECT_EQ(std::count(fonts.begin(), fonts.end(), '\n'), 4) << fonts; // a head of two, two fonts
+    EXPECT_EQ(output("pdftotext -raw " + file("cjk.pdf") + " -"), "M " + chinese + " 6H\n\f");
+    // Ink of many strokes in the place of each character, in all three kinds of file.
+    writePng(sheet, file("cjk.png"));
+    writeSvg(sheet, file("cjk.svg"));
+    for (const Picture &picture :
+         {Picture::ofPng(file("cjk.png"), 210), Picture::ofPdf(file("cjk.pdf"), 210, 150),
+          Picture::ofSvg(file("cjk.svg"), 210, 150)}) {
+        const auto box = picture.inked(15, 95, 60, 110);
+        EXPECT_GT(picture.inkShare(box.left, box.bottom, box.right, box.top), 0.15);
+    }
 }
 
 TEST_F(Pdf, CombiningMarksStayWithTheirLetterWhenCopied)

@@ -5,6 +5,7 @@
 #include "display/pens.h"
 #include "display/shaping.h"
 #include "model/text_metrics.h"
+#include "uf_trns.h"
 
 #include <cmath>
 #include <fstream>
@@ -191,6 +192,81 @@ TEST_F(Pixels, ArcsAndAreasCoverWhatTheyShould)
         }
         EXPECT_NEAR(picture.inkShare(60, 10, 90, 40), 800.0 / 900.0, 0.01);
         EXPECT_LT(picture.inkShare(71, 21, 79, 29), 0.01); // the hole
+    }
+}
+
+// Every angle, and turned by half with a transformation as a flip does it.
+TEST_F(Pixels, TheInkOfATurnedTextLiesInItsTurnedBox)
+{
+    newPart("part");
+    const tag_t sheet = newSheet("A", 60, 60);
+    host::Lettering five;
+    five.size = 5;
+    const double width = host::lineWidth("HHH", five);
+    for (int degrees = 0; degrees < 360; degrees += 30) {
+        SCOPED_TRACE(degrees);
+        TextLook look;
+        look.size = 5;
+        const bool flip = degrees == 180;
+        if (!flip) look.angle = degrees;
+        const tag_t text = note({"HHH"}, 30, 30, look);
+        if (flip) {
+            double origin[3] = {30, 30, 0}, axis[3] = {0, 0, 1}, half = 180, matrix[12];
+            int status = -1, one = 1, sameLayer = 0, noTrace = 2;
+            uf5945(origin, axis, &half, matrix, &status);
+            uf5947(matrix, &text, &one, &one, &sameLayer, &noTrace, nullptr, nullptr, &status);
+            ASSERT_EQ(status, 0);
+        }
+        const double c = std::cos(degrees * M_PI / 180), s = std::sin(degrees * M_PI / 180);
+        for (const auto &[kind, picture] : render(sheet, 60, 200)) {
+            SCOPED_TRACE(kind);
+            double left = 99, right = -99, bottom = 99, top = -99; // in the text's own directions
+            // The outermost pixels lie half outside the sheet.
+            for (int row = 1; row + 1 < picture.height(); ++row)
+                for (int column = 1; column + 1 < picture.width(); ++column) {
+                    if (picture.inkAt(column, row) < 0.5) continue;
+                    const double x = (column + 0.5) / picture.perMillimetre() - 30;
+                    const double y = 30 - (row + 0.5) / picture.perMillimetre();
+                    left = std::min(left, c * x + s * y), right = std::max(right, c * x + s * y);
+                    bottom = std::min(bottom, c * y - s * x), top = std::max(top, c * y - s * x);
+                }
+            EXPECT_NEAR(bottom, 0, 0.2); // a pixel is 0.13
+            EXPECT_NEAR(top, 5, 0.2);
+            EXPECT_GE(left, -0.1);
+            EXPECT_LE(right, width + 0.1);
+            EXPECT_GT(right - left, width - 2.5); // the room before the first and after the last H
+        }
+        ASSERT_EQ(UF_OBJ_delete_object(text), 0);
+    }
+}
+
+TEST_F(Pixels, LinesStandAsFarApartAsTheLineSpaceSays)
+{
+    newPart("part");
+    const tag_t sheet = newSheet("A", 120, 60);
+    double x = 10;
+    const std::vector<double> factors{0.5, 1, 1.5, 3};
+    for (const double factor : factors) {
+        TextLook look;
+        look.size = 5;
+        look.lineSpace = factor;
+        note({"H", "H", "H"}, x, 10, look);
+        x += 25;
+    }
+    for (const auto &[kind, picture] : render(sheet, 120, 300)) {
+        x = 10;
+        for (const double factor : factors) {
+            SCOPED_TRACE(std::string(kind) + " " + std::to_string(factor));
+            const double pitch = 5 + 5 * factor / 2;
+            for (int line = 0; line < 3; ++line) { // the last one stands on the origin
+                const double base = 10 + line * pitch;
+                const auto box = picture.inked(x, base - 0.4 * (pitch - 5), x + 10,
+                                               base + 5 + 0.4 * (pitch - 5));
+                EXPECT_NEAR(box.bottom, base, 0.15); // poppler puts glyphs on whole pixels
+                EXPECT_NEAR(box.top, base + 5, 0.15);
+            }
+            x += 25;
+        }
     }
 }
 

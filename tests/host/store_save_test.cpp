@@ -4,6 +4,7 @@
 #include "store_support.h"
 
 #include "nxhost/control.h"
+#include "store/file_layer.h"
 #include "uf.h"
 #include "uf_part.h"
 
@@ -378,6 +379,46 @@ TEST_F(SavedPart, AFileThatIsNotTheOneThatWasOpenedIsLeftAlone)
         fs::remove(folder.file("rescued.prt"));
         nxhost::reset();
     }
+}
+
+// The lock is on the file that was there when the writer came.
+TEST_F(SavedPart, AFileReplacedWhileAWriterWaitsOrWritesIsLeftAlone)
+{
+    const auto replace = [&](const std::string &by) { fs::rename(folder.file(by), path); };
+    const auto refusedWhen = [&](const std::function<void()> &happens) {
+        fs::remove(path);
+        Part &part = stored(60);
+        fs::copy_file(path, folder.file("copy.prt"));
+        firstNote(part).lines = {"mine"};
+        happens();
+        const store::StoreError error = refusal(part, path);
+        EXPECT_EQ(error.code, UF_PART_err_changed_on_disk) << error.message;
+        EXPECT_NE(error.message.find("it was removed or replaced"), std::string::npos);
+        EXPECT_TRUE(part.modified);
+        expectUsable(part);
+        nxhost::reset();
+        fs::remove(folder.file("rescued.prt"));
+    };
+    std::thread other;
+    std::unique_ptr<LockingProcess> holder;
+    refusedWhen([&] {
+        holder = std::make_unique<LockingProcess>(path, "BEGIN IMMEDIATE",
+                                                  std::chrono::milliseconds(900));
+        other = std::thread([&] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+            replace("copy.prt");
+        });
+    });
+    other.join();
+    static std::function<void()> atStep;
+    refusedWhen([&] {
+        atStep = [&] { replace("copy.prt"); };
+        store::files::setHook([](const char *step, const std::string &) {
+            if (std::string(step) == "write database" && atStep) std::exchange(atStep, {})();
+            return 0;
+        });
+    });
+    store::files::setHook(nullptr);
 }
 
 TEST_F(SavedPart, AFileReplacedByItsOwnCopyIsStillTheOne)

@@ -1,0 +1,93 @@
+#include "app/document_info.h"
+
+#include "content/field.h"
+#include "drawing/block.h"
+#include "drawing/drawing.h"
+#include "drawing/format.h"
+
+#include "display/note_text.h"
+
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <ctime>
+#include <map>
+
+namespace app {
+
+namespace {
+
+using Values = std::map<std::string, std::string>; // by the field's name in small letters
+
+std::string lowered(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : static_cast<char>(c);
+    });
+    return text;
+}
+
+// As it is read on the sheet, in one line.
+std::string shownValue(const TrFieldBase &field)
+{
+    std::string text;
+    for (const std::string &line : field.GetValue()) {
+        const std::string shown = host::display::visibleText(line);
+        if (!shown.empty()) text += (text.empty() ? "" : " ") + shown;
+    }
+    return text;
+}
+
+// The first field of a name that says something.
+void collect(const SheetRef &sheet, Values &values)
+{
+    const auto drawing = TrDrawing::getDrawing(sheet.tag);
+    if (!drawing->hasFormat()) return;
+    for (const auto &block : drawing->format()->getBlocks())
+        for (const auto &field : block->getFields()) {
+            std::string &value = values[lowered(field->GetFieldDefName())];
+            if (value.empty()) value = shownValue(*field);
+        }
+}
+
+void take(std::string &into, const Values &values, std::initializer_list<const char *> names)
+{
+    for (const char *name : names) {
+        if (!into.empty()) return;
+        const auto found = values.find(name);
+        if (found != values.end()) into = found->second;
+    }
+}
+
+} // namespace
+
+host::display::RenderOptions withDocumentInfo(host::display::RenderOptions options,
+                                              const std::vector<SheetRef> &sheets)
+{
+    Values values;
+    for (const SheetRef &sheet : sheets) collect(sheet, values);
+    take(options.title, values, {"title"});
+    take(options.subject, values, {"number", "dwg_no", "drawing_no"});
+    take(options.author, values, {"creator", "drawn", "drawn_by", "author"});
+    if (options.keywords.empty()) {
+        std::string revision;
+        take(revision, values, {"revision"});
+        if (!revision.empty()) options.keywords = "revision " + revision;
+    }
+    return options;
+}
+
+void addDateOption(CLI::App *verb, host::display::RenderOptions &options)
+{
+    verb->add_option_function<std::string>(
+        "--date",
+        [&options](const std::string &asked) {
+            options.creationDate = asked == "now" ? fmt::format("{:%Y-%m-%dT%H:%M:%SZ}",
+                                                                fmt::gmtime(std::time(nullptr)))
+                                                  : asked;
+        },
+        "Creation date of a PDF: now, 2024-05-01 or 2024-05-01T12:00:00Z; none without it");
+}
+
+} // namespace app
