@@ -12,6 +12,8 @@ namespace {
 const std::map<std::string, std::string> kExamples{
     {"stamp", "stamp ISO/A3 --data values.json -o sheet.pdf"},
     {"part new", "part new a.qdraw"},
+    {"part check", "part check a.qdraw"},
+    {"part salvage", "part salvage a.qdraw -o saved.qdraw"},
     {"sheet add", "sheet add a.qdraw S1 --format ISO/A3"},
     {"sheet list", "sheet list a.qdraw"},
     {"format add", "format add a.qdraw ISO/A3"},
