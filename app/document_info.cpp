@@ -1,5 +1,7 @@
 #include "app/document_info.h"
 
+#include "app/drift.h"
+
 #include "content/field.h"
 #include "drawing/block.h"
 #include "drawing/drawing.h"
@@ -39,9 +41,11 @@ std::string shownValue(const TrFieldBase &field)
     return text;
 }
 
-// The first field of a name that says something.
+// The first field of a name that says something. Reading would convert the records of older generations:
+// such a sheet is drawn as it is and says nothing.
 void collect(const SheetRef &sheet, Values &values)
 {
+    if (hasLegacyRecords(sheet.tag)) return;
     const auto drawing = TrDrawing::getDrawing(sheet.tag);
     if (!drawing->hasFormat()) return;
     for (const auto &block : drawing->format()->getBlocks())
