@@ -11,6 +11,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <map>
@@ -62,7 +63,8 @@ void tableOfRows(benchmark::State &state)
         double total = 0.0;
         const auto step = [&](const char *name, auto &&body) {
             const double seconds = secondsOf(body);
-            g_measured[name][count] = seconds;
+            double &best = g_measured[name].try_emplace(count, seconds).first->second;
+            best = std::min(best, seconds);
             state.counters[name] = seconds;
             total += seconds;
         };
@@ -84,7 +86,7 @@ BENCHMARK(tableOfRows)
     ->Arg(100)
     ->Arg(1000)
     ->Arg(10000)
-    ->Iterations(1)
+    ->Iterations(3)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
 

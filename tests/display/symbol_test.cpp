@@ -92,6 +92,18 @@ TEST_F(Symbols, AreAsHighAsTheirSizeAboutTheirOrigin)
     }
 }
 
+// A symbol of size 13 on a sheet of 11 by 8.5 inches: the preference has no unit of the part's.
+TEST_F(Symbols, AreAsLargeOnSheetsInInches)
+{
+    newPart("inch", 2);
+    m_sheet = newSheet("B", 11, 8.5, 2);
+    symbol(UF_DRF_sym_circle, "A", "", 5, 4, 13);
+    const auto arcs = itemsOf<ArcItem>(list());
+    ASSERT_EQ(arcs.size(), 1u);
+    EXPECT_DOUBLE_EQ(arcs[0].radius, 6.5); // millimetres
+    EXPECT_DOUBLE_EQ(arcs[0].centre.x, 5 * 25.4);
+}
+
 TEST_F(Symbols, DividedShapesShowBothTextsOthersTheUpperOne)
 {
     for (int type = UF_DRF_sym_circle; type <= UF_DRF_sym_nosymbol; ++type) {
