@@ -47,8 +47,9 @@ int build(const Options &options, const DefinitionArguments &arguments)
             authoring::writeLibrary(libraries[i], name, arguments.folder, old ? &*old : nullptr);
         written.push_back(result.definitionPart);
         printNote(options,
-                  fmt::format("{}: {} formats, {} blocks, {} patterns", result.definitionPart,
-                              result.formats, result.blocks, result.patterns));
+                  fmt::format("{}: {}, {}, {}", result.definitionPart,
+                              counted(result.formats, "format"), counted(result.blocks, "block"),
+                              counted(result.patterns, "pattern")));
     }
     if (options.json) printJson(written);
     return kFine;
@@ -98,7 +99,9 @@ void addDefinitionVerbs(Command command)
         command.chosen = [&options = command.options] { return list(options); };
     });
     addDefinitionTextVerbs(family, command);
-    addDefinitionCheckVerbs(family, command);
+    addDefinitionCheckVerb(family, command);
+    addDefinitionCompareVerbs(family, command);
+    addDefinitionWhereVerbs(family, command);
 }
 
 } // namespace app

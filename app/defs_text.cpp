@@ -1,7 +1,10 @@
 // defs dump: definition parts as text.
 #include "app/defs_text.h"
 
+#include "app/authoring/cells_text.h"
+#include "app/authoring/pattern_reader.h"
 #include "app/authoring/record_text.h"
+#include "app/defs_files.h"
 #include "app/output.h"
 
 #include "uf_part.h"
@@ -9,8 +12,11 @@
 
 #include <fmt/format.h>
 
+#include <filesystem>
 #include <fstream>
+#include <map>
 #include <memory>
+#include <optional>
 
 namespace app {
 
@@ -19,6 +25,7 @@ namespace {
 struct DumpArguments {
     std::string part;
     std::string output;
+    bool cells = false;
 };
 
 void writeText(const std::string &path, const std::string &text)
@@ -33,18 +40,31 @@ void writeText(const std::string &path, const std::string &text)
     if (!file) throw Problem(path + ": cannot be written: check the folder and its permissions");
 }
 
-Options withoutDefinitions(const Options &options)
+// Patterns are looked for where `defs build` writes them: beside the part's folder.
+std::string cellsOf(const Options &options, const std::string &part,
+                    const authoring::RecordFile &file)
 {
-    Options bare = options;
-    bare.definitions.clear();
-    return bare;
+    const auto folder = std::filesystem::absolute(part).parent_path().parent_path() / "patterns";
+    std::map<std::string, std::optional<authoring::Art>> known;
+    return authoring::cellsToText(file, [&](const std::string &name) {
+        const auto [found, isNew] = known.try_emplace(name);
+        if (!isNew) return found->second;
+        const std::string path = (folder / (name + ".prt")).string();
+        found->second = authoring::readPattern(path);
+        if (!found->second)
+            printNote(options, fmt::format("{}: no such pattern, or one that art cannot say: it "
+                                           "stays by its name",
+                                           path));
+        return found->second;
+    });
 }
 
 int dump(const Options &options, const DumpArguments &arguments)
 {
     Workspace work(withoutDefinitions(options), false);
     const authoring::RecordFile file = readDefinitionPart(work, arguments.part);
-    writeText(arguments.output, authoring::recordsToText(file));
+    writeText(arguments.output, arguments.cells ? cellsOf(options, arguments.part, file)
+                                                : authoring::recordsToText(file));
     for (const std::string &what : file.leftOut)
         fmt::print(stderr, "qelfmt: {}: not in the text: {}\n", arguments.part, what);
     return file.leftOut.empty() ? kFine : kFindings;
@@ -64,9 +84,10 @@ authoring::RecordFile readDefinitionPart(Workspace &work, const std::string &pat
 void addDefinitionTextVerbs(CLI::App *family, Command command)
 {
     auto arguments = std::make_shared<DumpArguments>();
-    CLI::App *verb = family->add_subcommand("dump", "Write a definition part as text, every slot");
+    CLI::App *verb = family->add_subcommand("dump", "Write a definition part as text");
     verb->add_option("part", arguments->part, "The definition part")->required();
     verb->add_option("-o,--output", arguments->output, "The text file, if not the standard output");
+    verb->add_flag("--cells", arguments->cells, "In the cell form, as far as it goes");
     verb->callback([=] {
         command.chosen = [=, &options = command.options] { return dump(options, *arguments); };
     });

@@ -13,6 +13,8 @@ namespace app {
 authoring::RecordFile readDefinitionPart(Workspace &work, const std::string &path);
 
 void addDefinitionTextVerbs(CLI::App *family, Command command);
-void addDefinitionCheckVerbs(CLI::App *family, Command command);
+void addDefinitionCheckVerb(CLI::App *family, Command command);
+void addDefinitionCompareVerbs(CLI::App *family, Command command);
+void addDefinitionWhereVerbs(CLI::App *family, Command command);
 
 } // namespace app

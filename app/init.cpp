@@ -35,6 +35,10 @@ int init(const Options &options, const std::string &folder)
     std::error_code error;
     fs::create_directories(target, error);
     if (!error) fs::copy(site, target, fs::copy_options::recursive, error);
+    // What editors know of definition texts, for the first line of the example.
+    const char *const schema = "qelfmt.schema.json";
+    if (!error && fs::exists(site.parent_path() / schema))
+        fs::copy_file(site.parent_path() / schema, target / schema, error);
     if (error)
         throw Problem(folder + ": cannot be written (" + error.message() +
                       "): choose another folder");

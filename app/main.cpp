@@ -3,6 +3,7 @@
 #include "app/examples.h"
 #include "app/output.h"
 #include "app/problem.h"
+#include "app/unknown_verb.h"
 #include "app/verbs.h"
 #include "app/version.h"
 
@@ -79,6 +80,11 @@ int main(int argc, char **argv)
     try {
         parser.parse(argc, argv);
     } catch (const CLI::ParseError &error) {
+        const std::string unknown = app::unknownVerb(parser, argc, argv);
+        if (error.get_exit_code() != 0 && !unknown.empty()) {
+            fmt::print(stderr, "qelfmt: {}\n", unknown);
+            return app::kUsage;
+        }
         return parser.exit(error) == 0 ? app::kFine : app::kUsage;
     }
     return run(chosen);

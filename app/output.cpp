@@ -24,6 +24,11 @@ void printNote(const Options &options, const std::string &text)
     if (!options.quiet) fmt::print(stderr, "{}\n", text);
 }
 
+std::string counted(std::size_t count, const std::string &thing)
+{
+    return fmt::format("{} {}{}", count, thing, count == 1 ? "" : "s");
+}
+
 std::string joined(const std::vector<std::string> &texts, const std::string &separator)
 {
     return fmt::format("{}", fmt::join(texts, separator));

@@ -21,6 +21,7 @@ void printNote(const Options &options, const std::string &text); // not with --q
 void printTable(const std::vector<std::string> &header,
                 const std::vector<std::vector<std::string>> &rows);
 
+std::string counted(std::size_t count, const std::string &thing); // "1 format", "2 formats"
 std::string joined(const std::vector<std::string> &texts, const std::string &separator);
 
 } // namespace app

@@ -107,8 +107,10 @@ if(TARGET qelfmt_app)
         COMMAND qelfmt_app --quiet defs build ${definitions} -o "${QELFMT_SHARE}/qelfmt"
         COMMAND ${CMAKE_COMMAND} -E copy_directory "${CMAKE_SOURCE_DIR}/formats/example-site"
                 "${QELFMT_SHARE}/qelfmt/formats/example-site"
+        COMMAND ${CMAKE_COMMAND} -E copy "${CMAKE_SOURCE_DIR}/formats/qelfmt.schema.json"
+                "${QELFMT_SHARE}/qelfmt/formats"
         COMMAND ${CMAKE_COMMAND} -E touch "${QELFMT_SHARE}/definitions.stamp"
-        DEPENDS qelfmt_app ${definitions} ${art} VERBATIM COMMENT "Shipped definitions")
+        DEPENDS qelfmt_app ${definitions} ${art} formats/qelfmt.schema.json VERBATIM COMMENT "Shipped definitions")
     add_custom_target(shipped_definitions ALL DEPENDS "${QELFMT_SHARE}/definitions.stamp")
     install(DIRECTORY "${QELFMT_SHARE}/qelfmt/" DESTINATION "${CMAKE_INSTALL_DATADIR}/qelfmt"
             COMPONENT tools)

@@ -6,7 +6,8 @@
 
 namespace app::authoring {
 
-void readArt(YamlFile &file, const YAML::Node &node, const std::string &what, Art &art);
+// `units`: 1 millimetres, 2 inches.
+void readArt(YamlFile &file, const YAML::Node &node, const std::string &what, int units, Art &art);
 
 // The pen of a key that holds a line width in millimetres; `fallback` (a pen) when it is absent.
 int readPen(Mapping &mapping, const std::string &key, int fallback);

@@ -2,7 +2,9 @@
 
 #include "app/authoring/art_reader.h"
 #include "app/authoring/full_keys.h"
+#include "app/authoring/record_text.h"
 #include "app/authoring/table_reader.h"
+#include "app/authoring/words.h"
 
 #include <fmt/format.h>
 
@@ -12,12 +14,6 @@ namespace {
 
 constexpr int kOutlinePen = 10; // 0.7 mm
 constexpr int kCellPen = 8;     // 0.35 mm
-constexpr int kPatternLayer = 101;
-constexpr int kTextLayer = 102;
-
-// Which corner of the sheet a stored point is measured from.
-constexpr std::initializer_list<Word> kCorners{
-    {"bottom-left", 0}, {"top-left", 1}, {"bottom-right", 2}, {"top-right", 3}};
 
 class BlockReader {
 public:
@@ -25,8 +21,10 @@ public:
                 const CellContext &context, int units)
         : m_file(file), m_mapping(file, node, "block " + id), m_context(context)
     {
+        m_context.where = m_mapping.what();
         m_result.block.id = id;
         m_result.block.slots.ints["Units"] = units;
+        m_result.block.slots.origin = m_mapping.origin();
     }
 
     BlockText read(const std::vector<std::string> &formatIds)
@@ -36,7 +34,8 @@ public:
         readCells();
         readTables();
         readFullBlockKeys(m_mapping, m_result.block.slots);
-        readArt(m_file, m_mapping.node("art"), m_mapping.what(), m_result.block.art);
+        readArt(m_file, m_mapping.node("art"), m_mapping.what(), m_context.units,
+                m_result.block.art);
         readPlaces(formatIds);
         return std::move(m_result);
     }
@@ -48,6 +47,8 @@ private:
         if (const auto size = m_mapping.numbers("size", 2, 2)) {
             m_result.width = (*size)[0];
             m_result.height = (*size)[1];
+            if (!(m_result.width > 0 && m_result.height > 0))
+                m_mapping.complain("size", "width and height must be greater than 0");
             m_result.block.width = m_result.width;
             m_result.block.height = m_result.height;
         }
@@ -61,6 +62,7 @@ private:
         slots.strings["DialogName"] = m_mapping.text("dialog").value_or("");
         slots.lists["ExcludeBlockIds"] =
             m_mapping.texts("excludes").value_or(std::vector<std::string>{});
+        slots.origins["exclude_block_ids"] = m_mapping.origin("excludes");
         slots.ints["Movable"] = yesOrNo("movable", false);
         slots.ints["CanDelete"] = yesOrNo("can-delete", false);
         slots.ints["PatternLayer"] = kPatternLayer;
@@ -69,11 +71,13 @@ private:
         Mapping layers(m_file, m_mapping.node("layers"), m_mapping.what() + ", layers");
         if (const auto layer = layers.integer("pattern")) slots.ints["PatternLayer"] = *layer;
         if (const auto layer = layers.integer("text")) slots.ints["TextLayer"] = *layer;
+        slots.origins["pattern_layer"] = layers.origin("pattern");
+        slots.origins["text_layer"] = layers.origin("text");
     }
 
     int yesOrNo(const std::string &key, bool fallback)
     {
-        const auto value = m_mapping.word(key, {{"yes", 1}, {"no", 0}, {"true", 1}, {"false", 0}});
+        const auto value = m_mapping.word(key, kYesNo);
         return value.value_or(fallback);
     }
 
@@ -96,13 +100,17 @@ private:
         Mapping cells(m_file, m_mapping.node("cells"), m_mapping.what() + ", cells");
         for (const auto &[id, node] : cells.entries()) {
             Cell cell = readCell(m_file, id, node, m_context);
-            if (cell.lines) boxes.push_back(*cell.lines);
+            if (cell.lines) {
+                const Box &box = *cell.lines;
+                boxes.push_back(box);
+                m_result.block.boxes.push_back({box.x, box.y, box.width, box.height, cell.box, id});
+            }
             if (cell.label) labels.push_back(*cell.label);
             m_result.block.fields.push_back(std::move(cell.field));
         }
-        for (const Box &box : boxes)
-            m_result.block.boxes.push_back({box.x, box.y, box.width, box.height});
         Art &art = m_result.block.art;
+        m_result.block.drawn = drawn;
+        m_result.block.cells = m_mapping.origin("cells");
         if (drawn) drawCellLines(art, m_result.width, m_result.height, boxes, outline, inner);
         art.insert(art.end(), labels.begin(), labels.end());
     }
@@ -129,6 +137,9 @@ private:
             return location;
         }
         location.offsetType = place.word("corner", kCorners).value_or(0);
+        if (!place.has("corner"))
+            place.complain("corner", "is missing: bottom-left, bottom-right, top-left or "
+                                     "top-right; or at: [x, y]");
         const auto inset = place.numbers("inset", 2, 2).value_or(std::vector{0.0, 0.0});
         // The stored point is where the block's lower left corner comes, measured from the sheet's corner.
         const bool fromRight = location.offsetType == 2 || location.offsetType == 3;
@@ -167,23 +178,36 @@ private:
 
     void readFormatPlaces(const YAML::Node &node, const std::vector<std::string> &formatIds)
     {
+        if (isWholeRecord(node)) {
+            BlockLocation location;
+            location.whole = readRecord(m_file, node, {"block_location", "block_location_v1"},
+                                        m_mapping.what() + ", place");
+            m_result.block.locations.push_back(std::move(location));
+            return;
+        }
         Mapping place(m_file, node, m_mapping.what() + ", place");
         const auto formats = place.texts("formats").value_or(formatIds);
         std::vector<SizeLocation> sizes;
-        const auto everywhere = readChoices(place);
+        bool rule = false; // or exceptions alone
+        for (const char *key : {"at", "corner", "inset", "name", "also"})
+            rule = place.has(key) || rule;
+        const auto everywhere = rule ? readChoices(place) : std::vector<Location>();
         for (const std::string &key : place.unasked()) {
             Mapping exception(m_file, place.node(key), m_mapping.what() + ", place, " + key);
             sizes.push_back({key, readChoices(exception)});
         }
         // The first size that matches wins: exceptions stand before the rule.
-        sizes.push_back({"Default", everywhere});
+        if (rule) sizes.push_back({"Default", everywhere});
+        if (sizes.empty() && m_mapping.has("place"))
+            place.complain("corner", "is missing: corner: bottom-right, inset: [10, 10], or at: "
+                                     "[x, y]");
         for (const std::string &format : formats)
-            m_result.block.locations.push_back({format, sizes});
+            m_result.block.locations.push_back({format, sizes, m_mapping.origin("place"), {}});
     }
 
     YamlFile &m_file;
     Mapping m_mapping;
-    const CellContext &m_context;
+    CellContext m_context;
     BlockText m_result;
     int m_cellPen = kCellPen;
 };
@@ -194,7 +218,11 @@ BlockText readBlock(YamlFile &file, const std::string &id, const YAML::Node &nod
                     const CellContext &context, const std::vector<std::string> &formatIds,
                     int units)
 {
-    return BlockReader(file, id, node, context, units).read(formatIds);
+    if (!isWholeRecord(node)) return BlockReader(file, id, node, context, units).read(formatIds);
+    BlockText text;
+    text.block.id = id;
+    text.block.whole = readRecord(file, node, {"block"}, "block " + id);
+    return text;
 }
 
 } // namespace app::authoring

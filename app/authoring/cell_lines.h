@@ -1,7 +1,7 @@
 // The lines between the cells of a block: every edge once, merged where edges meet, the outline apart.
 #pragma once
 
-#include "app/authoring/model.h"
+#include "app/authoring/art.h"
 
 #include <vector>
 

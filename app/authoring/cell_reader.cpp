@@ -1,16 +1,14 @@
 #include "app/authoring/cell_reader.h"
 
 #include "app/authoring/full_keys.h"
+#include "app/authoring/record_text.h"
+#include "app/authoring/words.h"
 
 #include <fmt/format.h>
 
 namespace app::authoring {
 
 namespace {
-
-// Kinds of a default value, as fields store them.
-constexpr int kOwnText = 0, kPartAttribute = 1, kSheetAttribute = 2, kSizeLabel = 3,
-              kEnvironment = 4;
 
 std::optional<Box> readBox(Mapping &cell, const std::string &key)
 {
@@ -86,31 +84,23 @@ void placeText(const Box &box, const Style &style, int rows, SlotValues &slots)
 
 std::optional<ArtText> readLabel(Mapping &cell, const Box &box, const CellContext &context)
 {
-    if (!cell.has("label")) return {};
-    std::string text;
-    const YAML::Node node = cell.node("label");
-    if (node.IsMap()) {
-        Mapping languages(cell.file(), node, cell.what() + ", label");
-        for (const auto &[language, value] : languages.entries())
-            if (value.IsScalar() && (text.empty() || language == context.language))
-                text = value.Scalar();
-    } else {
-        text = cell.text("label").value_or("");
-    }
-    if (text.empty()) return {};
+    const std::string text = labelText(cell, context);
     LabelStyle style = context.labels;
     if (const auto inset = cell.numbers("label-inset", 2, 2)) {
         style.fromLeft = (*inset)[0];
         style.fromTop = (*inset)[1];
     }
-    return ArtText{text,
-                   {box.x + style.fromLeft, box.y + box.height - style.fromTop},
-                   1,
-                   style.size,
-                   style.font};
+    if (text.empty()) return {};
+    const ArtPoint at{box.x + style.fromLeft, box.y + box.height - style.fromTop};
+    return ArtText{text, at, 1, style.size, style.font, 1.0, 0.0, cell.origin("label")};
 }
 
 } // namespace
+
+LabelStyle plainLabels(int units)
+{
+    return units == 2 ? LabelStyle{0.065, "osifont", 0.04, 0.03} : LabelStyle();
+}
 
 void dressText(double width, const Style &style, SlotValues &slots)
 {
@@ -121,6 +111,7 @@ void dressText(double width, const Style &style, SlotValues &slots)
     slots.doubles["CharSpaceFactor"] = 1.0;
     slots.ints["TextColor"] = style.color;
     slots.ints["BorderColor"] = style.color;
+    slots.origins.insert(style.origins.begin(), style.origins.end());
     if (style.tooLong == TooLong::narrow) {
         slots.doubles["AltTextAspect"] = style.narrowAspect * style.aspect;
         slots.ints["AltTextAspectNumChars"] = capacity(width, style);
@@ -139,6 +130,8 @@ void sourceOf(Mapping &cell, SlotValues &slots)
     slots.lists["DefaultString"] = source.type == kOwnText ? values : std::vector{source.name};
     if (source.type == kSizeLabel) slots.lists["DefaultString"].clear();
     if (source.fromSite) slots.strings["RegistryString"] = source.name;
+    for (const char *key : {"from", "value"})
+        if (cell.has(key)) slots.origins["default_string"] = cell.origin(key);
     if (!values.empty() && source.type != kOwnText)
         cell.complain("value", "a value of its own and one from elsewhere exclude each other");
 
@@ -157,14 +150,19 @@ void sharing(Mapping &cell, SlotValues &slots)
             slots.strings["BroadcastString"] = share->substr(share->find_first_not_of(' ', blank));
         slots.ints["BroadcastType"] = target == "part" ? 1 : 0;
     }
-    if (const auto all =
-            cell.word("all-sheets", {{"true", 1}, {"false", 0}, {"yes", 1}, {"no", 0}}))
-        slots.ints["SyncAllDrawings"] = *all;
+    if (const auto all = cell.word("all-sheets", kYesNo)) slots.ints["SyncAllDrawings"] = *all;
+}
+
+int charactersOf(Mapping &cell)
+{
+    const int characters = cell.integer("characters").value_or(0);
+    if (characters < 0) cell.complain("characters", "must be 1 or more");
+    return characters;
 }
 
 Style namedStyle(Mapping &cell, const CellContext &context)
 {
-    Style style;
+    Style style = plainStyle(context.units);
     const std::string name = cell.text("style").value_or("value");
     const auto found = context.styles.find(name);
     if (found != context.styles.end())
@@ -188,24 +186,35 @@ std::string labelText(Mapping &mapping, const CellContext &context)
     if (!node.IsMap()) return mapping.text("label").value_or("");
     std::string text;
     Mapping languages(mapping.file(), node, mapping.what() + ", label");
-    for (const auto &[language, value] : languages.entries())
-        if (value.IsScalar() && (text.empty() || language == context.language))
-            text = value.Scalar();
+    for (const auto &[language, value] : languages.entries()) {
+        const auto words = languages.text(language);
+        if (words && (text.empty() || language == context.language)) text = *words;
+    }
     return text;
 }
 
 Cell readCell(YamlFile &file, const std::string &id, const YAML::Node &node,
               const CellContext &context)
 {
-    Mapping mapping(file, node, "cell " + id);
     Cell cell;
+    if (isWholeRecord(node)) {
+        cell.field.whole = readRecord(file, node, {"field"}, context.where + ", cell " + id);
+        return cell;
+    }
+    Mapping mapping(file, node, context.where + ", cell " + id);
     mapping.require("cell", "its box in the block: cell: [x, y, width, height]");
     const Box box = readBox(mapping, "cell").value_or(Box{0, 0, 1, 1});
     const Style style = styleOf(mapping, context);
     const int rows = mapping.integer("rows").value_or(1);
     if (rows < 1) mapping.complain("rows", "must be 1 or more");
+    cell.field.rows = rows;
+    cell.field.characters = charactersOf(mapping);
 
     SlotValues &slots = cell.field.slots;
+    slots.origin = mapping.origin();
+    for (const char *slot : {"location_x", "location_y", "width", "height"})
+        slots.origins[slot] = mapping.origin("cell");
+    if (mapping.has("characters")) slots.origins["characters"] = mapping.origin("characters");
     slots.strings["Id"] = id;
     slots.ints["Multiline"] = rows > 1;
     placeText(box, style, rows < 1 ? 1 : rows, slots);
@@ -214,7 +223,9 @@ Cell readCell(YamlFile &file, const std::string &id, const YAML::Node &node,
     sharing(mapping, slots);
 
     cell.lines = box;
+    cell.box = mapping.origin("cell");
     if (mapping.has("box")) {
+        cell.box = mapping.origin("box");
         const YAML::Node drawn = mapping.node("box");
         if (drawn.IsScalar() && drawn.Scalar() == "none")
             cell.lines.reset();

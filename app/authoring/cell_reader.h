@@ -18,17 +18,22 @@ struct LabelStyle {
     double fromTop = 1.0;
 };
 
+LabelStyle plainLabels(int units); // 1 millimetres, 2 inches
+
 struct Cell {
     Field field;
     std::optional<Box> lines; // the box that is drawn
     std::optional<ArtText> label;
+    Origin box; // of `lines`
 };
 
 // What the cells of a block share.
 struct CellContext {
     const Styles &styles;
     LabelStyle labels;
-    std::string language; // picks a label that is given in several
+    std::string language;   // picks a label that is given in several
+    int units = 1;          // 1 millimetres, 2 inches
+    std::string where = {}; // the block, in complaints
 };
 
 // What cells and the columns of tables have in common.
@@ -37,6 +42,7 @@ Style styleOf(Mapping &mapping, const CellContext &context);    // with keys of 
 void dressText(double width, const Style &style, SlotValues &slots);
 void sourceOf(Mapping &mapping, SlotValues &slots);                  // value, from, keep
 void sharing(Mapping &mapping, SlotValues &slots);                   // share, all-sheets
+int charactersOf(Mapping &mapping);                                  // characters
 std::string labelText(Mapping &mapping, const CellContext &context); // in the language wanted
 
 Cell readCell(YamlFile &file, const std::string &id, const YAML::Node &node,

@@ -1,6 +1,6 @@
 #include "app/authoring/compare.h"
 
-#include "app/authoring/scalars.h"
+#include "app/authoring/record_text.h"
 #include "app/authoring/stored_order.h"
 
 #include <fmt/format.h>
@@ -28,33 +28,6 @@ std::map<std::pair<std::string, int>, std::size_t> byIdentity(const Records &rec
         found[{identity, count[identity]++}] = i;
     }
     return found;
-}
-
-std::string slotText(const RecordTree &record, const SlotInfo &slot)
-{
-    const auto listed = [](const auto &values, auto toText) {
-        std::string text;
-        for (const auto &value : values) text += (text.empty() ? "" : ", ") + toText(value);
-        return "[" + text + "]";
-    };
-    switch (slot.shape) {
-    case SlotShape::integer:
-        return std::to_string(record.integer(slot.key));
-    case SlotShape::real:
-        return realText(record.real(slot.key));
-    case SlotShape::text:
-    case SlotShape::attribute:
-        return quoted(record.text(slot.key));
-    case SlotShape::texts:
-        return listed(record.texts(slot.key), quoted);
-    case SlotShape::reals: {
-        std::vector<double> values;
-        for (std::size_t i = slot.index; i < record.doubles.size(); i += slot.stride)
-            values.push_back(record.doubles[i]);
-        return listed(values, realText);
-    }
-    }
-    return {};
 }
 
 void compareSlots(const RecordTree &old, const RecordTree &fresh, const std::string &where,

@@ -6,9 +6,12 @@ namespace app::authoring {
 
 std::string toText(const Complaint &complaint)
 {
-    if (complaint.line == 0) return fmt::format("{}: {}", complaint.file, complaint.text);
-    return fmt::format("{}:{}:{}: {}", complaint.file, complaint.line, complaint.column,
-                       complaint.text);
+    std::string text = complaint.file;
+    if (complaint.at.line != 0)
+        text += fmt::format(":{}:{}", complaint.at.line, complaint.at.column);
+    for (const std::string &more : {complaint.where, complaint.key, complaint.text})
+        if (!more.empty()) text += ": " + more;
+    return text;
 }
 
 namespace {

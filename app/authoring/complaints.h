@@ -1,4 +1,4 @@
-// What is wrong with a definition text: everything found in one run, each with its place.
+// What is wrong or doubtful about definitions: everything found in one run, each with its place.
 #pragma once
 
 #include <stdexcept>
@@ -7,14 +7,21 @@
 
 namespace app::authoring {
 
-struct Complaint {
-    std::string file;
-    int line = 0; // from 1; 0 when the place is the whole file
+// A place in a file; line and column count from 1, 0 when the place is the whole file or a part.
+struct Mark {
+    int line = 0;
     int column = 0;
-    std::string text; // names the key and what would be right
 };
 
-std::string toText(const Complaint &complaint); // "file:line:column: text"
+struct Complaint {
+    std::string file;
+    Mark at;
+    std::string where; // "block TITLE, cell title"; may be empty
+    std::string key;   // that is wrong or missing; may be empty
+    std::string text;  // what is wrong and what would be right
+};
+
+std::string toText(const Complaint &complaint); // "file:line:column: where: key: text"
 
 class Complaints : public std::runtime_error {
 public:

@@ -23,10 +23,11 @@ void readFullKeys(Mapping &mapping, const std::tuple<Slots...> &layout, SlotValu
         using Slot = std::remove_cvref_t<decltype(slot)>;
         const std::string key = snakeCase(slot.name);
         if (mapping.wasAsked(key) || !mapping.has(key)) return;
+        values.origins[key] = mapping.origin(key);
         if constexpr (std::is_same_v<Slot, LumUg::IntSlot>) {
             if (const auto value = mapping.integer(key)) values.ints[slot.name] = *value;
         } else if constexpr (std::is_same_v<Slot, LumUg::DoubleSlot>) {
-            if (const auto value = mapping.number(key)) values.doubles[slot.name] = *value;
+            if (const auto value = mapping.real(key)) values.doubles[slot.name] = *value;
         } else if constexpr (std::is_same_v<Slot, LumUg::StringTail>) {
             if (const auto value = mapping.texts(key)) values.lists[slot.name] = *value;
         } else {

@@ -5,10 +5,12 @@
 #include "app/authoring/full_keys.h"
 #include "app/authoring/record_text.h"
 #include "app/authoring/sheet_family.h"
+#include "app/authoring/words.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <functional>
 
 namespace app::authoring {
 
@@ -27,15 +29,15 @@ public:
         : m_file{path, {}}, m_language(language)
     {}
 
-    Library read()
+    // `load` gives the document.
+    Library read(const std::function<YAML::Node()> &load)
     {
         try {
-            readFile(YAML::LoadFile(m_file.path));
+            readFile(load());
         } catch (const YAML::BadFile &) {
-            m_file.complaints.push_back({m_file.path, 0, 0, "cannot be opened: check the path"});
+            m_file.complain("cannot be opened: check the path");
         } catch (const YAML::ParserException &broken) {
-            m_file.complaints.push_back(
-                {m_file.path, broken.mark.line + 1, broken.mark.column + 1, broken.msg});
+            m_file.complain(broken);
         }
         if (!m_file.complaints.empty()) throw Complaints(m_file.complaints);
         return std::move(m_library);
@@ -45,11 +47,13 @@ private:
     void readFile(const YAML::Node &root)
     {
         Mapping file(m_file, root, "the file");
+        if (!file.has("formats") && !file.has("blocks") && !file.has("records"))
+            m_file.complain("defines nothing: write units, formats and blocks, or start from an "
+                            "example with 'qelfmt init FOLDER'");
         m_library.units = file.word("units", {{"mm", 1}, {"in", 2}}).value_or(1);
         Styles styles = readStyles(m_file, file.node("styles"), m_library.units);
         styles.try_emplace("value", plainStyle(m_library.units));
-        CellContext context{styles, {}, m_language};
-        if (m_library.units == 2) context.labels = {0.065, "osifont", 0.04, 0.03};
+        CellContext context{styles, plainLabels(m_library.units), m_language, m_library.units, {}};
         readLabelStyle(file, context.labels);
         m_font = context.labels.font;
         readFormats(file.node("formats"));
@@ -75,6 +79,13 @@ private:
         if (!node.IsDefined()) return;
         Mapping formats(m_file, node, "formats");
         for (const auto &[id, value] : formats.entries()) {
+            if (isWholeRecord(value)) {
+                FormatText text;
+                text.format.id = id;
+                text.format.whole = readRecord(m_file, value, {"format"}, "format " + id);
+                m_formats.push_back(std::move(text));
+                continue;
+            }
             Mapping mapping(m_file, value, "format " + id);
             readFormat(id, mapping);
         }
@@ -85,15 +96,15 @@ private:
         FormatText text;
         text.format.id = id;
         SlotValues &slots = text.format.slots;
+        slots.origin = mapping.origin();
         if (const auto category = mapping.text("category")) slots.strings["Category"] = *category;
         slots.strings["Description"] = mapping.text("description").value_or("");
         slots.strings["SuiteName"] = mapping.text("suite").value_or("");
         slots.ints["Units"] = m_library.units;
-        slots.ints["Obsolete"] =
-            mapping.word("obsolete", {{"yes", 1}, {"no", 0}, {"true", 1}, {"false", 0}})
-                .value_or(0);
+        slots.ints["Obsolete"] = mapping.word("obsolete", kYesNo).value_or(0);
         text.required = mapping.texts("required").value_or(std::vector<std::string>{});
         slots.lists["RequiredBlockIds"] = text.required;
+        slots.origins["required_block_ids"] = mapping.origin("required");
 
         readFullFormatKeys(mapping, slots);
         readSizes(mapping, text);
@@ -117,7 +128,8 @@ private:
         for (const YAML::Node &one : list) {
             if (one.IsMap())
                 for (const auto &own : one)
-                    text.sheets.push_back(readOwnSize(own.first.Scalar(), own.second));
+                    text.sheets.push_back(
+                        readOwnSize(mapping.what(), own.first.Scalar(), own.second));
             else
                 readFamilySize(mapping, family, one, text);
         }
@@ -129,26 +141,34 @@ private:
         const std::string id = node.IsScalar() ? node.Scalar() : "";
         if (!family) {
             if (!mapping.has("sheets"))
-                m_file.complain(node,
-                                fmt::format("{}: sizes: \"{}\" is of no family: add sheets: iso "
-                                            "or sheets: asme",
-                                            mapping.what(), id));
+                m_file.complain(
+                    node, mapping.what(), "sizes",
+                    fmt::format("\"{}\" is of no family: add sheets: iso or sheets: asme", id));
             return;
         }
         const auto which = static_cast<SheetFamily>(*family);
-        if (auto sheet = familySheet(which, id, m_font))
+        if (auto sheet = familySheet(which, id, m_font)) {
+            sheet->size.slots.origin = {"sizes", markOf(node)};
             text.sheets.push_back(std::move(*sheet));
-        else
-            m_file.complain(node, fmt::format("{}: sizes: \"{}\" is none of {}", mapping.what(), id,
-                                              familyIds(which)));
+        } else {
+            m_file.complain(node, mapping.what(), "sizes",
+                            fmt::format("\"{}\" is none of {}", id, familyIds(which)));
+        }
     }
 
     // A size of no family: its sheet, its frame as art, its zones.
-    Sheet readOwnSize(const std::string &id, const YAML::Node &node)
+    Sheet readOwnSize(const std::string &format, const std::string &id, const YAML::Node &node)
     {
-        Mapping mapping(m_file, node, "size " + id);
         Sheet sheet;
         Size &size = sheet.size;
+        if (isWholeRecord(node)) {
+            size.slots.strings["Id"] = id;
+            size.whole = readRecord(m_file, node, {"size"}, format + ", size " + id);
+            sheet.frame = [](const auto &) { return Art(); };
+            return sheet;
+        }
+        Mapping mapping(m_file, node, format + ", size " + id);
+        size.slots.origin = mapping.origin();
         mapping.require("sheet", "its size: sheet: [width, height]");
         const auto extent = mapping.numbers("sheet", 2, 2).value_or(std::vector{1.0, 1.0});
         size.width = extent[0];
@@ -157,11 +177,11 @@ private:
                               {"Label", mapping.text("label").value_or(id)},
                               {"Description", mapping.text("description").value_or("")}};
         size.slots.doubles = {{"Height", size.height}, {"Length", size.width}};
-        size.slots.ints = {{"FrameLayer", 100}, {"UgSizeCode", 0}};
+        size.slots.ints = {{"FrameLayer", kFrameLayer}, {"UgSizeCode", 0}};
         readZones(mapping, size.slots);
         readFullSizeKeys(mapping, size.slots);
         Art art;
-        readArt(m_file, mapping.node("frame"), mapping.what() + ", frame", art);
+        readArt(m_file, mapping.node("frame"), mapping.what() + ", frame", m_library.units, art);
         sheet.frame = [art](const auto &) { return art; };
         return sheet;
     }
@@ -169,15 +189,14 @@ private:
     void readZones(Mapping &mapping, SlotValues &slots)
     {
         if (!mapping.has("zones")) return;
-        static constexpr std::initializer_list<Word> kLabels{{"letters", 1}, {"numerals", 2}};
         Mapping zones(m_file, mapping.node("zones"), mapping.what() + ", zones");
         slots.ints["NumberHorzZones"] = zones.integer("columns").value_or(0);
         slots.ints["NumberVertZones"] = zones.integer("rows").value_or(0);
         slots.doubles["HorzZoneLength"] = zones.number("width").value_or(0.0);
         slots.doubles["VertZoneLength"] = zones.number("height").value_or(0.0);
         slots.doubles["RightOffset"] = zones.number("right-offset").value_or(0.0);
-        slots.ints["HorzZoneType"] = zones.word("column-labels", kLabels).value_or(2);
-        slots.ints["VertZoneType"] = zones.word("row-labels", kLabels).value_or(1);
+        slots.ints["HorzZoneType"] = zones.word("column-labels", kZoneLabels).value_or(2);
+        slots.ints["VertZoneType"] = zones.word("row-labels", kZoneLabels).value_or(1);
     }
 
     // NAME: [sizes], so that a place can be given for several sizes at once.
@@ -265,7 +284,12 @@ private:
 
 Library readLibrary(const std::string &path, const std::string &language)
 {
-    return LibraryReader(path, language).read();
+    return LibraryReader(path, language).read([&] { return YAML::LoadFile(path); });
+}
+
+Library parseLibrary(const std::string &text, const std::string &name, const std::string &language)
+{
+    return LibraryReader(name, language).read([&] { return YAML::Load(text); });
 }
 
 } // namespace app::authoring

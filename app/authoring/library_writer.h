@@ -15,9 +15,6 @@ struct WrittenLibrary {
     std::size_t patterns = 0;
 };
 
-// The records of the library, as they are stored.
-std::vector<RecordTree> recordsOf(const Library &library);
-
 // Writes `folder`/format_defs/`name`.prt and the pattern parts below `folder`/patterns. An existing
 // definition part is replaced when the new one is complete. `keepOrderOf`: an older state of the library,
 // whose order of records stays (see stored_order.h).

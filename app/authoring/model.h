@@ -1,47 +1,15 @@
 // Definitions as plain values: what the text form says, before it becomes records and patterns.
 #pragma once
 
+#include "app/authoring/art.h"
 #include "app/authoring/record.h"
 
 #include <map>
+#include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace app::authoring {
-
-// --- art: what a pattern part holds, in block or sheet coordinates -----------------------------
-struct ArtPoint {
-    double x = 0.0;
-    double y = 0.0;
-    bool operator==(const ArtPoint &) const = default;
-};
-struct ArtLine {
-    ArtPoint from;
-    ArtPoint to;
-    int pen; // line width number of the platform
-};
-struct ArtArc { // counter-clockwise, degrees; a circle ends 360 after its start
-    ArtPoint centre;
-    double radius;
-    double start;
-    double end;
-    int pen;
-};
-struct ArtArea {
-    std::vector<std::vector<ArtPoint>> outlines;
-};
-struct ArtText {
-    std::string text;
-    ArtPoint at;
-    int site; // 1 top left ... 9 bottom right
-    double size;
-    std::string font;
-    double aspect = 1.0;
-    double angle = 0.0;
-};
-using Shape = std::variant<ArtLine, ArtArc, ArtArea, ArtText>;
-using Art = std::vector<Shape>;
 
 // --- records ------------------------------------------------------------------------------------
 // Slots by their names in the slot tables of the definition classes ("TextSize").
@@ -50,14 +18,22 @@ struct SlotValues {
     std::map<std::string, double> doubles;
     std::map<std::string, std::string> strings;
     std::map<std::string, std::vector<std::string>> lists;
+    Origin origin; // of the whole
+    Origins origins;
 };
 
+// Instead of its own words a record of the cell form may be given in the full form: then `whole` is what
+// is stored, and nothing else of the record counts.
 struct Field {
     SlotValues slots;
+    int characters = 0; // a value of that length is to fit; 0: nobody said
+    int rows = 1;       // of the value
+    std::optional<RecordTree> whole;
 };
 struct Table {
     SlotValues slots;
     std::vector<Field> fields;
+    std::optional<RecordTree> whole;
 };
 struct Location {
     std::string name;
@@ -71,24 +47,32 @@ struct SizeLocation {
 struct BlockLocation {
     std::string formatId;
     std::vector<SizeLocation> sizes;
+    Origin origin;
+    std::optional<RecordTree> whole;
 };
 struct BlockBox {
     double x, y, width, height;
+    Origin origin;
+    std::string cell; // the cell that it is drawn around
 };
 struct Block {
     std::string id;
     double width = 0.0; // as the text says; what is stored knows no size
     double height = 0.0;
+    bool drawn = true;           // lines stand around the cells
     std::vector<BlockBox> boxes; // of its cells
-    SlotValues slots;            // without the pattern name: it follows from the art
+    Origin cells;
+    SlotValues slots; // without the pattern name: it follows from the art
     Art art;
     std::vector<BlockLocation> locations;
     std::vector<Field> fields;
     std::vector<Table> tables;
+    std::optional<RecordTree> whole;
 };
 struct Size {
     SlotValues slots; // without the frame name
     Art frame;
+    std::optional<RecordTree> whole;
     double width = 0.0; // of the sheet, for what depends on it
     double height = 0.0;
 };
@@ -96,6 +80,7 @@ struct Format {
     std::string id;
     SlotValues slots;
     std::vector<Size> sizes;
+    std::optional<RecordTree> whole;
 };
 
 struct Library {

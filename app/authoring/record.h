@@ -2,6 +2,7 @@
 // its text. Nothing stored is left out, whatever wrote it.
 #pragma once
 
+#include "app/authoring/origin.h"
 #include "app/authoring/record_kinds.h"
 
 #include "uf_defs.h"
@@ -24,9 +25,11 @@ struct RecordTree {
     std::vector<std::pair<std::string, std::string>>
         attributes;                   // title and value, as they were set
     std::vector<RecordTree> children; // in stored order
+    Origin origin;                    // of the record and its slots in a text, if it comes from one
+    Origins origins;
 
-    std::string
-    text(const std::string &key) const; // of a text or attribute slot; empty when not stored
+    // Of a text or attribute slot; empty when not stored.
+    std::string text(const std::string &key) const;
     std::vector<std::string> texts(const std::string &key) const;
     int integer(const std::string &key) const;
     double real(const std::string &key) const;

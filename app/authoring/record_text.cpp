@@ -1,9 +1,11 @@
 #include "app/authoring/record_text.h"
 
 #include "app/authoring/scalars.h"
+#include "app/authoring/suggestion.h"
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <set>
 
 namespace app::authoring {
@@ -150,61 +152,95 @@ class Reader {
 public:
     explicit Reader(YamlFile &file) : m_file(file) {}
 
-    // `owner` is null at the top.
-    void readList(const YAML::Node &node, const RecordKind *owner, std::vector<RecordTree> &records)
+    // `owner` is null at the top; `where` names it.
+    void readList(const YAML::Node &node, const RecordKind *owner, const std::string &where,
+                  std::vector<RecordTree> &records)
     {
-        const std::string what = owner ? owner->word + ": children" : "records";
         if (!node.IsSequence() && !node.IsNull()) {
-            m_file.complain(node, what + " must be a list of records, each with its kind");
+            complain(node, where, owner ? "children" : "records",
+                     "must be a list of records, each with its kind");
             return;
         }
         for (const YAML::Node &one : node) {
-            const RecordKind *kind = kindOfNode(one, owner, what);
-            if (kind) records.push_back(readRecord(one, *kind));
+            // A record of any kind can stand anywhere in a part, so that only the word can be wrong.
+            const auto words = owner ? owner->children : allWords();
+            if (const RecordKind *kind = kindOfNode(one, words, where))
+                records.push_back(readRecord(one, *kind, owner ? where : std::string()));
         }
+    }
+
+    std::optional<RecordTree> readOne(const YAML::Node &node, const std::vector<std::string> &words,
+                                      const std::string &where)
+    {
+        const RecordKind *kind = kindOfNode(node, words, where);
+        if (!kind) return {};
+        if (std::find(words.begin(), words.end(), kind->word) == words.end()) {
+            complain(node["kind"], where, "kind", notOneOf(kind->word, words));
+            return {};
+        }
+        return readRecord(node, *kind, where);
     }
 
 private:
-    static std::string joined(const std::vector<std::string> &words)
+    static std::vector<std::string> allWords()
     {
-        return fmt::format("{}", fmt::join(words, ", "));
+        std::vector<std::string> words;
+        for (const RecordKind &kind : recordKinds()) words.push_back(kind.word);
+        return words;
     }
 
-    const RecordKind *kindOfNode(const YAML::Node &node, const RecordKind *owner,
-                                 const std::string &what)
+    static std::string notOneOf(const std::string &word, const std::vector<std::string> &words)
     {
-        std::vector<std::string> words = owner ? owner->children : std::vector<std::string>();
-        if (!owner)
-            for (const RecordKind &kind : recordKinds()) words.push_back(kind.word);
+        return fmt::format("\"{}\" is none of {}", word, fmt::join(words, ", "));
+    }
+
+    void complain(const YAML::Node &node, const std::string &where, const std::string &key,
+                  const std::string &text)
+    {
+        m_file.complain(node, where, key, text);
+    }
+
+    const RecordKind *kindOfNode(const YAML::Node &node, const std::vector<std::string> &words,
+                                 const std::string &where)
+    {
         const YAML::Node word = node.IsMap() ? node["kind"] : YAML::Node();
         if (!word.IsDefined() || !word.IsScalar()) {
-            m_file.complain(node,
-                            fmt::format("{}: a record lacks kind: one of {}", what, joined(words)));
+            complain(node, where, "kind",
+                     fmt::format("is missing: one of {}", fmt::join(words, ", ")));
             return nullptr;
         }
-        // A record of any kind can stand anywhere in a part, so that only the word itself can be wrong.
         const RecordKind *kind = kindOfWord(word.Scalar());
-        if (!kind)
-            m_file.complain(word, fmt::format("{}: kind: \"{}\" is none of {}", what, word.Scalar(),
-                                              joined(words)));
+        if (!kind) complain(word, where, "kind", notOneOf(word.Scalar(), words));
         return kind;
     }
 
-    RecordTree readRecord(const YAML::Node &node, const RecordKind &kind)
+    // "block TITLE, field number"
+    static std::string nameOf(const YAML::Node &node, const RecordKind &kind,
+                              const std::string &owner)
+    {
+        const YAML::Node id = node["id"];
+        const std::string name = id.IsDefined() && id.IsScalar() && !id.Scalar().empty()
+                                     ? kind.word + " " + id.Scalar()
+                                     : kind.word;
+        return owner.empty() ? name : owner + ", " + name;
+    }
+
+    RecordTree readRecord(const YAML::Node &node, const RecordKind &kind, const std::string &owner)
     {
         RecordTree record;
         record.kind = &kind;
+        record.origin = {"", markOf(node)};
         const Known known = knownOf(kind);
+        const std::string where = nameOf(node, kind, owner);
         std::set<std::string> seen;
         for (const auto &entry : node) {
             const std::string key = entry.first.Scalar();
-            m_what = kind.word;
+            m_where = where;
             if (!seen.insert(key).second)
-                m_file.complain(entry.first,
-                                fmt::format("{}: {} stands here twice", kind.word, key));
+                complain(entry.first, where, key, "stands here twice: remove one of them");
             if (key == "kind") continue;
             if (key == "children")
-                readList(entry.second, &kind, record.children);
+                readList(entry.second, &kind, where, record.children);
             else if (key == "layer")
                 one<int>(entry.second, key, [&](int value) { record.layer = value; });
             else if (key == "object_name")
@@ -221,9 +257,16 @@ private:
             else if (const SlotInfo *slot = kind.slot(key))
                 readSlot(entry.second, *slot, record);
             else
-                m_file.complain(entry.first, fmt::format("{}: unknown key \"{}\"", kind.word, key));
+                complain(entry.first, where, key, "unknown key" + suggestionFor(key, keysOf(kind)));
         }
         return record;
+    }
+
+    static std::set<std::string> keysOf(const RecordKind &kind)
+    {
+        std::set<std::string> keys{"kind", "children", "layer"};
+        for (const SlotInfo &slot : kind.slots) keys.insert(slot.key);
+        return keys;
     }
 
     static std::optional<int> valueOf(const YAML::Node &node, int *) { return integerOf(node); }
@@ -236,20 +279,20 @@ private:
     static const char *wanted(double *) { return "a number"; }
     static const char *wanted(std::string *) { return "a text"; }
 
-    template <class T, class Use> void one(const YAML::Node &node, const std::string &key, Use use)
+    template <class T> void one(const YAML::Node &node, const std::string &key, auto use)
     {
         if (const auto value = valueOf(node, static_cast<T *>(nullptr)))
             use(*value);
         else
-            m_file.complain(node, fmt::format("{}: {}: must be {}", m_what, key,
-                                              wanted(static_cast<T *>(nullptr))));
+            complain(node, m_where, key,
+                     fmt::format("must be {}", wanted(static_cast<T *>(nullptr))));
     }
 
     template <class T> std::vector<T> many(const YAML::Node &node, const std::string &key)
     {
         std::vector<T> values;
         if (!node.IsSequence())
-            m_file.complain(node, fmt::format("{}: {}: must be a list", m_what, key));
+            complain(node, m_where, key, "must be a list");
         else
             for (const YAML::Node &item : node)
                 one<T>(item, key, [&](const T &value) { values.push_back(value); });
@@ -267,8 +310,7 @@ private:
     void readAttributes(const YAML::Node &node, RecordTree &record)
     {
         if (!node.IsMap()) {
-            m_file.complain(node, fmt::format("{}: {}: must be a mapping of titles to texts",
-                                              m_what, kMoreAttributes));
+            complain(node, m_where, kMoreAttributes, "must be a mapping of titles to texts");
             return;
         }
         for (const auto &entry : node) {
@@ -281,6 +323,7 @@ private:
 
     void readSlot(const YAML::Node &node, const SlotInfo &slot, RecordTree &record)
     {
+        record.origins[slot.key] = {slot.key, markOf(node)};
         const auto put = [&](const auto &value) { record.put(slot, value); };
         switch (slot.shape) {
         case SlotShape::integer:
@@ -303,7 +346,7 @@ private:
     }
 
     YamlFile &m_file;
-    std::string m_what;
+    std::string m_where; // of the record being read
 };
 
 } // namespace
@@ -318,11 +361,54 @@ std::string recordsToText(const RecordFile &file)
            writer.text();
 }
 
+std::string slotText(const RecordTree &record, const SlotInfo &slot)
+{
+    const auto listed = [](const auto &values, auto toText) {
+        std::string text;
+        for (const auto &value : values) text += (text.empty() ? "" : ", ") + toText(value);
+        return "[" + text + "]";
+    };
+    switch (slot.shape) {
+    case SlotShape::integer:
+        return std::to_string(record.integer(slot.key));
+    case SlotShape::real:
+        return realText(record.real(slot.key));
+    case SlotShape::text:
+    case SlotShape::attribute:
+        return quoted(record.text(slot.key));
+    case SlotShape::texts:
+        return listed(record.texts(slot.key), quoted);
+    case SlotShape::reals: {
+        std::vector<double> values;
+        for (std::size_t i = slot.index; i < record.doubles.size(); i += slot.stride)
+            values.push_back(record.doubles[i]);
+        return listed(values, realText);
+    }
+    }
+    return {};
+}
+
+std::string recordToText(const RecordTree &record, int depth)
+{
+    Writer writer;
+    writer.write(record, depth);
+    return writer.text();
+}
+
 std::vector<RecordTree> readRecords(YamlFile &file, const YAML::Node &node)
 {
     std::vector<RecordTree> records;
-    Reader(file).readList(node, nullptr, records);
+    Reader(file).readList(node, nullptr, "records", records);
     return records;
 }
+
+std::optional<RecordTree> readRecord(YamlFile &file, const YAML::Node &node,
+                                     const std::vector<std::string> &words,
+                                     const std::string &where)
+{
+    return Reader(file).readOne(node, words, where);
+}
+
+bool isWholeRecord(const YAML::Node &node) { return node.IsMap() && node["kind"].IsDefined(); }
 
 } // namespace app::authoring

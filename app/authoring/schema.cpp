@@ -1,5 +1,6 @@
 #include "app/authoring/schema.h"
 
+#include "app/authoring/cell_schema.h"
 #include "app/authoring/record_kinds.h"
 
 #include <fmt/format.h>
@@ -88,7 +89,7 @@ Json recordSchema(const RecordKind &kind)
 
 } // namespace
 
-std::string fullFormSchema()
+std::string definitionSchema()
 {
     Json defs;
     defs["text"] = Json{{"type", Json::array({"string", "number", "boolean", "null"})}};
@@ -102,19 +103,14 @@ std::string fullFormSchema()
         defs[kind.word] = recordSchema(kind);
     }
     defs["record"] = Json{{"oneOf", any}};
-    const Json object{{"type", "object"}};
-    const Json schema{
-        {"$schema", "https://json-schema.org/draft/2020-12/schema"},
-        {"title", "qelfmt definitions"},
-        {"type", "object"},
-        {"additionalProperties", false},
-        {"properties", Json{{"units", Json{{"enum", Json::array({"mm", "in"})}}},
-                            {"styles", object},
-                            {"labels", object},
-                            {"formats", object},
-                            {"blocks", object},
-                            {"records", Json{{"type", "array"}, {"items", reference("record")}}}}},
-        {"$defs", defs}};
+    Json properties = cellFormProperties(defs);
+    properties["records"] = Json{{"type", "array"}, {"items", reference("record")}};
+    const Json schema{{"$schema", "https://json-schema.org/draft/2020-12/schema"},
+                      {"title", "qelfmt definitions"},
+                      {"type", "object"},
+                      {"additionalProperties", false},
+                      {"properties", properties},
+                      {"$defs", defs}};
     return schema.dump(1) + "\n";
 }
 

@@ -5,7 +5,7 @@
 
 namespace app::authoring {
 
-std::string fullFormSchema(); // JSON Schema of definition texts
-std::string slotTables();     // Markdown: the keys of each kind of record
+std::string definitionSchema(); // JSON Schema of definition texts, both forms
+std::string slotTables();       // Markdown: the keys of each kind of record
 
 } // namespace app::authoring

@@ -2,14 +2,9 @@
 
 #include "app/authoring/asme_sheets.h"
 #include "app/authoring/iso_sheets.h"
+#include "app/authoring/words.h"
 
 namespace app::authoring {
-
-namespace {
-
-constexpr int kFrameLayer = 100;
-
-} // namespace
 
 std::optional<Sheet> familySheet(SheetFamily family, const std::string &id, const std::string &font)
 {

@@ -1,5 +1,7 @@
 #include "app/authoring/style.h"
 
+#include "app/authoring/words.h"
+
 #include <fmt/format.h>
 
 #include <array>
@@ -18,6 +20,22 @@ void readTooLong(Mapping &mapping, Style &style)
                                                   {"smaller", static_cast<int>(TooLong::smaller)}});
     if (choice) style.tooLong = static_cast<TooLong>(*choice);
 }
+
+// Which slots of a field each key decides.
+struct StyleKey {
+    const char *key;
+    std::initializer_list<const char *> slots;
+};
+const StyleKey kStyleKeys[] = {
+    {"size", {"text_size"}},
+    {"aspect", {"text_aspect"}},
+    {"line-space", {"line_space"}},
+    {"font", {"text_font_name"}},
+    {"color", {"text_color", "border_color"}},
+    {"at", {"text_site", "text_justification"}},
+    {"margin", {"margin_width", "margin_height"}},
+    {"too-long",
+     {"alt_text_size", "alt_text_size_num_chars", "alt_text_aspect", "alt_text_aspect_num_chars"}}};
 
 void positive(Mapping &mapping, const std::string &key, double &target)
 {
@@ -38,21 +56,15 @@ void readStyle(Mapping &mapping, Style &style)
     positive(mapping, "line-space", style.lineSpace);
     if (const auto font = mapping.text("font")) style.font = *font;
     if (const auto color = mapping.integer("color")) style.color = *color;
-    const auto site = mapping.word("at", {{"top-left", 1},
-                                          {"top-center", 2},
-                                          {"top-right", 3},
-                                          {"middle-left", 4},
-                                          {"center", 5},
-                                          {"middle-right", 6},
-                                          {"bottom-left", 7},
-                                          {"bottom-center", 8},
-                                          {"bottom-right", 9}});
-    if (site) style.site = *site;
+    if (const auto site = mapping.word("at", kSites)) style.site = *site;
     if (const auto margin = mapping.numbers("margin", 1, 2)) {
         style.marginWidth = margin->front();
         style.marginHeight = margin->back();
     }
     readTooLong(mapping, style);
+    for (const auto &[key, slots] : kStyleKeys)
+        for (const char *slot : slots)
+            if (mapping.has(key)) style.origins[slot] = mapping.origin(key);
 }
 
 Style plainStyle(int units)

@@ -22,6 +22,7 @@ struct Style {
     int color = 7;
     TooLong tooLong = TooLong::report;
     double narrowAspect = 0.7;
+    Origins origins; // of the slots that follow from it
 };
 
 using Styles = std::map<std::string, Style>;

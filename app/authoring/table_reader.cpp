@@ -1,8 +1,8 @@
 #include "app/authoring/table_reader.h"
 
 #include "app/authoring/full_keys.h"
-
-#include "uf_drf.h"
+#include "app/authoring/record_text.h"
+#include "app/authoring/words.h"
 
 #include <fmt/format.h>
 
@@ -12,27 +12,17 @@ namespace app::authoring {
 
 namespace {
 
-// A direction of 0 stacks rows downwards although listings call it up; any other value stacks them
-// upwards.
-constexpr int kDown = 0, kUp = 1;
 constexpr int kDrawn = 1; // the border policy of a line that is drawn
-
-constexpr std::initializer_list<Word> kYesNo{{"yes", 1}, {"no", 0}, {"true", 1}, {"false", 0}};
-constexpr std::initializer_list<Word> kSymbols{
-    {"circle", UF_DRF_sym_circle},      {"divided-circle", UF_DRF_sym_divcir},
-    {"square", UF_DRF_sym_square},      {"divided-square", UF_DRF_sym_divsqr},
-    {"hexagon", UF_DRF_sym_hexagon},    {"divided-hexagon", UF_DRF_sym_divhex},
-    {"triangle", UF_DRF_sym_triup},     {"triangle-down", UF_DRF_sym_tridown},
-    {"round-box", UF_DRF_sym_roundbox}, {"underline", UF_DRF_sym_underline},
-    {"none", UF_DRF_sym_nosymbol}};
 
 class TableReader {
 public:
     TableReader(YamlFile &file, const std::string &id, const YAML::Node &node,
                 const CellContext &context, int cellPen)
-        : m_file(file), m_mapping(file, node, "table " + id), m_context(context), m_pen(cellPen)
+        : m_file(file), m_mapping(file, node, context.where + ", table " + id), m_context(context),
+          m_pen(cellPen)
     {
-        m_result.table.slots.strings["Id"] = id;
+        slots().strings["Id"] = id;
+        slots().origin = m_mapping.origin();
     }
 
     TableText read()
@@ -61,8 +51,9 @@ private:
         if (const auto at = m_mapping.numbers("at", 2, 2)) m_at = {(*at)[0], (*at)[1]};
         slots().doubles["LocationX"] = m_at.x;
         slots().doubles["LocationY"] = m_at.y;
+        slots().origins["direction"] = m_mapping.origin("direction");
         m_mapping.require("direction", "which way rows grow: direction: up or down");
-        m_direction = m_mapping.word("direction", {{"down", kDown}, {"up", kUp}}).value_or(kDown);
+        m_direction = m_mapping.word("direction", kDirections).value_or(kDown);
         slots().ints["Direction"] = m_direction;
         if (const auto list = m_mapping.text("entry-list"))
             slots().strings["EntryListString"] = *list;
@@ -81,6 +72,10 @@ private:
         s.doubles["SymbolTextSize"] = symbol.number("text-size").value_or(m_context.labels.size);
         s.doubles["SymbolTextAspect"] = symbol.number("aspect").value_or(1.0);
         s.strings["SymbolFontName"] = symbol.text("font").value_or(m_context.labels.font);
+        for (const auto &[key, slot] :
+             {std::pair{"color", "symbol_color"}, std::pair{"layer", "symbol_layer"},
+              std::pair{"font", "symbol_font_name"}})
+            s.origins[slot] = symbol.origin(key);
         const auto lines = symbol.texts("lines").value_or(std::vector<std::string>{});
         if (lines.size() > 2) symbol.complain("lines", "a symbol has one or two lines");
         if (!lines.empty()) s.strings["Symbol1Value"] = lines[0];
@@ -96,6 +91,10 @@ private:
 
     void readColumn(const std::string &id, const YAML::Node &node)
     {
+        if (isWholeRecord(node)) {
+            readWholeColumn(id, node);
+            return;
+        }
         Mapping column(m_file, node, m_mapping.what() + ", column " + id);
         column.require("width", "how wide it is");
         const double width = column.number("width").value_or(1.0);
@@ -104,7 +103,12 @@ private:
         if (!column.has("style")) readStyle(column, style);
 
         Field field;
+        field.slots.origin = column.origin();
+        field.slots.origins["width"] = column.origin("width");
         field.slots.strings["Id"] = id;
+        field.characters = charactersOf(column);
+        if (column.has("characters"))
+            field.slots.origins["characters"] = column.origin("characters");
         field.slots.ints["Multiline"] = column.word("several-lines", kYesNo).value_or(0);
         field.slots.ints["ZoneField"] = column.word("zone", kYesNo).value_or(0);
         placeText(width, style, field.slots);
@@ -118,6 +122,18 @@ private:
         m_result.table.fields.push_back(std::move(field));
         m_labels.push_back({labelText(column, m_context), m_width, width});
         m_width += width;
+    }
+
+    // It takes the room that its record says, and has no label.
+    void readWholeColumn(const std::string &id, const YAML::Node &node)
+    {
+        Field field;
+        field.whole = readRecord(m_file, node, {"field"}, m_mapping.what() + ", column " + id);
+        if (field.whole) {
+            m_labels.push_back({"", m_width, field.whole->real("width")});
+            m_width += field.whole->real("width");
+        }
+        m_result.table.fields.push_back(std::move(field));
     }
 
     // The box of a row hangs below its base when rows grow down and stands on it when they grow up, and
@@ -177,7 +193,10 @@ private:
                                                    {x + label.width / 2, (low + high) / 2},
                                                    5,
                                                    m_context.labels.size,
-                                                   m_context.labels.font});
+                                                   m_context.labels.font,
+                                                   1.0,
+                                                   0.0,
+                                                   m_mapping.origin("heading")});
         }
     }
 
@@ -206,7 +225,10 @@ private:
 TableText readTable(YamlFile &file, const std::string &id, const YAML::Node &node,
                     const CellContext &context, int cellPen)
 {
-    return TableReader(file, id, node, context, cellPen).read();
+    if (!isWholeRecord(node)) return TableReader(file, id, node, context, cellPen).read();
+    TableText text;
+    text.table.whole = readRecord(file, node, {"table"}, context.where + ", table " + id);
+    return text;
 }
 
 } // namespace app::authoring

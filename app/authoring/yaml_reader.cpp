@@ -1,50 +1,64 @@
 #include "app/authoring/yaml_reader.h"
 
+#include "app/authoring/scalars.h"
+#include "app/authoring/suggestion.h"
+
 #include <fmt/format.h>
 
-#include <charconv>
 #include <cmath>
 
 namespace app::authoring {
 
-void YamlFile::complain(const YAML::Node &node, const std::string &text)
+Mark markOf(const YAML::Node &node)
 {
-    const YAML::Mark mark = node.IsDefined() ? node.Mark() : YAML::Mark::null_mark();
+    if (!node.IsDefined() || node.Mark().is_null()) return {};
+    return {node.Mark().line + 1, node.Mark().column + 1};
+}
+
+void YamlFile::complain(const YAML::Node &node, const std::string &where, const std::string &key,
+                        const std::string &text)
+{
+    complaints.push_back({path, markOf(node), where, key, text});
+}
+
+void YamlFile::complain(const YAML::ParserException &broken)
+{
     complaints.push_back(
-        {path, mark.is_null() ? 0 : mark.line + 1, mark.is_null() ? 0 : mark.column + 1, text});
+        {path, {broken.mark.line + 1, broken.mark.column + 1}, "", "", broken.msg});
 }
 
 std::optional<double> asNumber(const YAML::Node &node)
 {
-    if (!node.IsDefined() || !node.IsScalar()) return {};
-    const std::string &text = node.Scalar();
-    double value = 0.0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value))
-        return {};
-    return value;
+    if (!node.IsDefined()) return {};
+    const auto value = realOf(node);
+    return value && std::isfinite(*value) ? value : std::nullopt;
 }
 
 Mapping::Mapping(YamlFile &file, YAML::Node node, std::string what)
     : m_file(file), m_node(std::move(node)), m_what(std::move(what))
 {
     if (m_node.IsDefined() && !m_node.IsMap() && !m_node.IsNull())
-        m_file.complain(m_node, m_what + " must be a mapping of keys to values");
+        m_file.complain(m_node, m_what, "", "must be a mapping of keys to values");
     if (!m_node.IsDefined() || !m_node.IsMap()) return;
     std::set<std::string> seen;
     for (const auto &entry : m_node) {
         if (!entry.first.IsScalar())
-            m_file.complain(entry.first, m_what + ": a key must be a text");
+            m_file.complain(entry.first, m_what, "", "a key must be a text");
         else if (!seen.insert(entry.first.Scalar()).second)
-            m_file.complain(entry.first, fmt::format("{}: {} stands here twice: remove one of them",
-                                                     m_what, entry.first.Scalar()));
+            m_file.complain(entry.first, m_what, entry.first.Scalar(),
+                            "stands here twice: remove one of them");
     }
 }
 
 Mapping::~Mapping()
 {
-    for (const std::string &key : unasked())
-        m_file.complain(m_node[key], fmt::format("{}: unknown key \"{}\"", m_what, key));
+    if (!m_node.IsMap()) return;
+    std::set<std::string> reported; // a key that stands here twice has been complained of
+    for (const auto &entry : m_node) {
+        const std::string key = entry.first.IsScalar() ? entry.first.Scalar() : "";
+        if (key.empty() || m_asked.contains(key) || !reported.insert(key).second) continue;
+        m_file.complain(entry.first, m_what, key, "unknown key" + suggestionFor(key, m_asked));
+    }
 }
 
 bool Mapping::has(const std::string &key)
@@ -60,22 +74,25 @@ YAML::Node Mapping::node(const std::string &key)
 
 void Mapping::complain(const std::string &key, const std::string &text)
 {
-    m_file.complain(has(key) ? m_node[key] : m_node, fmt::format("{}: {}: {}", m_what, key, text));
+    m_file.complain(has(key) ? m_node[key] : m_node, m_what, key, text);
+}
+
+Origin Mapping::origin(const std::string &key)
+{
+    return {key, markOf(has(key) ? m_node[key] : m_node)};
 }
 
 void Mapping::require(const std::string &key, const std::string &remedy)
 {
-    if (!has(key)) m_file.complain(m_node, fmt::format("{} lacks {}: {}", m_what, key, remedy));
+    if (!has(key)) m_file.complain(m_node, m_what, key, "is missing: " + remedy);
 }
 
 std::optional<std::string> Mapping::text(const std::string &key)
 {
     if (!has(key)) return {};
-    const YAML::Node value = m_node[key];
-    if (value.IsNull()) return std::string();
-    if (value.IsScalar()) return value.Scalar();
-    complain(key, "must be a text");
-    return {};
+    const auto value = textOf(m_node[key]);
+    if (!value) complain(key, "must be a text");
+    return value;
 }
 
 std::optional<double> Mapping::number(const std::string &key)
@@ -86,15 +103,20 @@ std::optional<double> Mapping::number(const std::string &key)
     return value;
 }
 
+std::optional<double> Mapping::real(const std::string &key)
+{
+    if (!has(key)) return {};
+    const auto value = realOf(m_node[key]);
+    if (!value) complain(key, "must be a number");
+    return value;
+}
+
 std::optional<int> Mapping::integer(const std::string &key)
 {
-    const auto value = number(key);
-    if (!value) return {};
-    if (*value != std::floor(*value) || std::abs(*value) > 2147483647.0) {
-        complain(key, "must be a whole number");
-        return {};
-    }
-    return static_cast<int>(*value);
+    if (!has(key)) return {};
+    const auto value = integerOf(m_node[key]);
+    if (!value) complain(key, "must be a whole number");
+    return value;
 }
 
 std::optional<int> Mapping::word(const std::string &key, std::initializer_list<Word> words)
@@ -138,10 +160,8 @@ std::optional<std::vector<std::string>> Mapping::texts(const std::string &key)
     }
     std::vector<std::string> values;
     for (const YAML::Node &item : list) {
-        if (item.IsScalar())
-            values.push_back(item.Scalar());
-        else if (item.IsNull())
-            values.emplace_back();
+        if (const auto value = textOf(item))
+            values.push_back(*value);
         else
             complain(key, "must be a list of texts");
     }

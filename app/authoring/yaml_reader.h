@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/authoring/complaints.h"
+#include "app/authoring/origin.h"
 
 #include <yaml-cpp/yaml.h>
 
@@ -20,8 +21,13 @@ struct YamlFile {
     std::string path;
     std::vector<Complaint> complaints;
 
-    void complain(const YAML::Node &node, const std::string &text);
+    void complain(const YAML::Node &node, const std::string &where, const std::string &key,
+                  const std::string &text);
+    void complain(const std::string &text) { complaints.push_back({path, {}, "", "", text}); }
+    void complain(const YAML::ParserException &broken);
 };
+
+Mark markOf(const YAML::Node &node);
 
 // A word that stands for a number in the stored record.
 struct Word {
@@ -42,6 +48,7 @@ public:
     YAML::Node node(const std::string &key);                 // undefined when absent
     std::optional<std::string> text(const std::string &key); // `01`, `no`, `1.10` stay text
     std::optional<double> number(const std::string &key);
+    std::optional<double> real(const std::string &key); // infinite and no numbers too
     std::optional<int> integer(const std::string &key);
     std::optional<int> word(const std::string &key, std::initializer_list<Word> words);
     std::optional<std::vector<double>> numbers(const std::string &key, std::size_t least,
@@ -54,6 +61,9 @@ public:
     // A key that must be there.
     void require(const std::string &key, const std::string &remedy);
     void complain(const std::string &key, const std::string &text);
+    // Where the key stands; the mapping itself when it is absent.
+    Origin origin(const std::string &key);
+    Origin origin() const { return {"", markOf(m_node)}; }
     const std::string &what() const { return m_what; }
     YamlFile &file() { return m_file; }
     bool wasAsked(const std::string &key) const { return m_asked.contains(key); }

@@ -132,10 +132,9 @@ public:
         try {
             readFile(YAML::LoadFile(m_file.path));
         } catch (const YAML::BadFile &) {
-            m_file.complaints.push_back({m_file.path, 0, 0, "cannot be opened: check the path"});
+            m_file.complain("cannot be opened: check the path");
         } catch (const YAML::ParserException &broken) {
-            m_file.complaints.push_back(
-                {m_file.path, broken.mark.line + 1, broken.mark.column + 1, broken.msg});
+            m_file.complain(broken);
         }
         if (!m_file.complaints.empty()) throw authoring::Complaints(m_file.complaints);
         return std::move(m_rules);

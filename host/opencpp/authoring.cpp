@@ -2,6 +2,9 @@
 
 #include "opencpp/member.h"
 
+#include "uf.h"
+#include "uf_curve.h"
+
 #include <cmath>
 
 namespace {
@@ -51,6 +54,29 @@ tag_t createFilledArea(const std::vector<std::vector<AuthoringPoint>> &outlines)
         host::Area area;
         for (const auto &points : outlines) area.outlines.push_back(outlineOf(points));
         return createInWorkPart(std::move(area));
+    });
+}
+
+AuthoredArc askArc(tag_t arc)
+{
+    return host::member("nxhost::askArc", [&] {
+        const auto &data =
+            host::Session::get().requireBody<host::Arc>(arc, UF_CURVE_err_not_an_arc);
+        return AuthoredArc{
+            {data.centre.x, data.centre.y}, data.radius, data.startAngle, data.endAngle};
+    });
+}
+
+std::vector<std::vector<AuthoringPoint>> askFilledArea(tag_t area)
+{
+    return host::member("nxhost::askFilledArea", [&] {
+        const auto &data = host::Session::get().requireBody<host::Area>(area, UF_err_wrong_class);
+        std::vector<std::vector<AuthoringPoint>> outlines;
+        for (const auto &outline : data.outlines) {
+            auto &points = outlines.emplace_back();
+            for (const host::Vec3 &point : outline) points.push_back({point.x, point.y});
+        }
+        return outlines;
     });
 }
 

@@ -32,9 +32,9 @@ TEST_F(DefinitionText, EveryMistakeIsReportedInOneRunWithItsPlace)
     EXPECT_EQ(bad.status, 3);
     EXPECT_NE(bad.err.find("d.yaml:9:"), std::string::npos) << bad.err;
     EXPECT_NE(bad.err.find("cell a: cell: must be a list of 4 numbers"), std::string::npos);
-    EXPECT_NE(bad.err.find("cell b: unknown key \"colour\""), std::string::npos);
+    EXPECT_NE(bad.err.find("cell b: colour: unknown key: did you mean color?"), std::string::npos);
     EXPECT_NE(bad.err.find("cell c: from: \"nowhere X\" must be one of"), std::string::npos);
-    EXPECT_NE(bad.err.find("format F: unknown key \"size\""), std::string::npos);
+    EXPECT_NE(bad.err.find("format F: size: unknown key: did you mean sizes?"), std::string::npos);
     EXPECT_FALSE(exists("site/format_defs/d.prt"));
 }
 

@@ -47,15 +47,15 @@ TEST_F(FleetRules, AllMistakesAreToldInOneRunWithTheirPlaces)
                "6:15: rule 2: severity: \"bad\" is none of error, warning, note",
                "5:14: rule 2: pattern: \"[0-9\" is no regular expression: a ( or [ that is not "
                "closed, or a ) that was not opened",
-               "7:5: rule 3 lacks field: BLOCK.FIELD, or a list of them; * and ? are allowed",
+               "7:5: rule 3: field: is missing: BLOCK.FIELD, or a list of them; * and ? are allowed",
                "7:34: rule 3: filled: write yes, or leave it out",
-               "7:12: rule 3: unknown key \"feld\""}));
+               "7:6: rule 3: feld: unknown key: did you mean field?"}));
 }
 
 TEST_F(FleetRules, ARuleMakesOneTest)
 {
     EXPECT_EQ(complaint("{field: T.a}"),
-              "2:3: rule 1 lacks a test: one of date, equals, file-name, filled, fits, "
+              "2:3: rule 1: a test: is missing: one of date, equals, file-name, filled, fits, "
               "newest-revision, one-of, pattern, same-on-all-sheets, sheet-count");
     EXPECT_EQ(complaint("{field: T.a, filled: yes, fits: yes}"),
               "2:35: rule 1: fits: the rule has filled already: give each test a rule of its own");
@@ -81,7 +81,7 @@ TEST_F(FleetRules, WhatATestNeedsIsSaid)
               "2:33: rule 1: newest-revision: \"REVISIONS.index\" is no column: write "
               "BLOCK.TABLE.COLUMN, as in REVISIONS.REVISIONS.index");
     EXPECT_EQ(complaint("{field: T.a, newest-revision: {without-rows: x}}"),
-              "2:33: rule 1, newest-revision lacks column: BLOCK.TABLE.COLUMN, as in "
+              "2:33: rule 1, newest-revision: column: is missing: BLOCK.TABLE.COLUMN, as in "
               "REVISIONS.REVISIONS.index");
     EXPECT_EQ(complaint("{field: T.a, sheet-count: 'sheet {n}'}"),
               "2:29: rule 1: sheet-count: \"sheet {n}\" needs {n} and {m}, each once, as in {n} of "
@@ -109,11 +109,11 @@ TEST_F(FleetRules, NamesTellResultsApart)
 TEST_F(FleetRules, WhatIsNoListOfRulesIsSaid)
 {
     EXPECT_EQ(complaints("- {field: T.a, filled: yes}\n"),
-              Lines({"1:1: the file must be a mapping of keys to values",
-                     "1:1: the file lacks rules: a list of rules; [] for none"}));
+              Lines({"1:1: the file: must be a mapping of keys to values",
+                     "1:1: the file: rules: is missing: a list of rules; [] for none"}));
     EXPECT_EQ(complaints("rules: {}\n"), Lines({"1:8: the file: rules: must be a list of rules"}));
     EXPECT_EQ(complaints("rules: [filled]\n"),
-              Lines({"1:9: rule 1 must be a mapping of keys to values"}));
+              Lines({"1:9: rule 1: must be a mapping of keys to values"}));
     EXPECT_EQ(complaints("rules: [\n").size(), 1u);
     const Outcome gone = qelfmt("check a.qdraw --rules none.yaml");
     EXPECT_EQ(gone.status, 3);

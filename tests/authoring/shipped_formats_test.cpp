@@ -2,6 +2,7 @@
 #include "app/authoring/check.h"
 #include "app/authoring/library_reader.h"
 #include "app/authoring/library_writer.h"
+#include "app/authoring/record_builder.h"
 #include "app/authoring/record_text.h"
 #include "app/authoring/schema.h"
 
@@ -50,7 +51,7 @@ TEST_P(ShippedFormats, AreCleanAndComeBackFromTheirFullForm)
     const Library library = shipped(GetParam());
     const std::vector<RecordTree> records = recordsOf(library);
     std::string findings;
-    for (const Finding &finding : checkDefinitions({{GetParam(), records, &library, {}}}))
+    for (const Complaint &finding : checkDefinitions({{GetParam(), records, &library, {}, {}}}))
         findings += finding.where + ": " + finding.text + "\n";
     EXPECT_EQ(findings, "");
 
@@ -108,14 +109,14 @@ std::string sourceFile(const std::string &name)
 // docs/definitions.md.
 TEST(WrittenSchema, IsThatOfTheSlotTables)
 {
-    EXPECT_TRUE(sourceFile("formats/qelfmt.schema.json") == fullFormSchema());
+    EXPECT_TRUE(sourceFile("formats/qelfmt.schema.json") == definitionSchema());
     EXPECT_NE(sourceFile("docs/definitions.md").find(slotTables()), std::string::npos);
 }
 
 TEST(ExampleSite, IsClean)
 {
     const Library library = shipped("example-site/own");
-    EXPECT_TRUE(checkDefinitions({{"own.yaml", recordsOf(library), &library, {}}}).empty());
+    EXPECT_TRUE(checkDefinitions({{"own.yaml", recordsOf(library), &library, {}, {}}}).empty());
 }
 
 struct Zoned {

@@ -1,53 +1,13 @@
-// Block definitions: layout, what the site adds, where a block may stand, copies and comparison.
+// Block definitions: layout, what the site adds, what they own, copies and comparison.
 #include "definitions/block_def.h"
 
-#include "api/trv_fmt.h"
-#include "drawing/block.h"
 #include "foundation/log.h"
-#include "tests/definitions/slot_walk.h"
-#include "tests/support/definitions.h"
-
-#include <limits>
+#include "tests/definitions/block_def_story.h"
 
 namespace {
 
 using Def = TrBlockDefV1;
 using Texts = std::vector<std::string>;
-using QelFmt::BlockLocationBase;
-
-class BlockDef : public testing::Test {
-protected:
-    BlockDef() { sheet = story.newSheet(420, 297); }
-
-    static Def filled()
-    {
-        Def block;
-        fill(block, Def::kLayout);
-        return block;
-    }
-    static Def cloneOf(const Def &source) { return *source.clone(); }
-
-    // Size A3 of the format on the sheet.
-    boost::shared_ptr<TrDrawing> drawingOf(const std::string &format_id,
-                                           const std::string &suite = "")
-    {
-        const auto onSheet = TrDrawing::getDrawing(sheet);
-        if (!onSheet->hasFormat()) {
-            const boost::shared_ptr<TrFormatDefV1> format(
-                new TrFormatDefV1(makeFormat(format_id, {"A3"})));
-            format->SetSuiteName(suite);
-            onSheet->addFormat(format, format->GetSizeDef("A3"));
-        }
-        return onSheet;
-    }
-    std::size_t records(const LumUg::UDOClass &of) const
-    {
-        return LumUg::UDO::GetAllUgUDOsOfClass(story.partObject(), of.GetClassId()).size();
-    }
-
-    Story story;
-    tag_t sheet;
-};
 
 Texts ids(const std::vector<TrFieldDefV1> &fields)
 {
@@ -237,94 +197,6 @@ TEST_F(BlockDef, UpgradedPlacesComeInTheOrderInWhichTheOldOnesWereFound)
     EXPECT_TRUE(story.changesDuring([&] { block.getBlockLocationsAndUpgrade(); }).empty());
 }
 
-// --- where it may stand -----------------------------------------------------------------------------
-
-TEST_F(BlockDef, StandsWhereTheFirstLocationForTheFormatSays)
-{
-    Def block;
-    block.SetId("TITLE");
-    block.addBlockLocation(makeBlockPlaces("OTHER", {{"Default", {makePlace("no", 1, 1)}}}));
-    block.addBlockLocation(makeBlockPlaces(
-        "F", {{"Default", {makePlace("a", 10, 10, 2), makePlace("b", 10, 10, 1)}}}));
-    block.addBlockLocation(makeBlockPlaces("F", {{"Default", {makePlace("late", 1, 1)}}}));
-    const auto places = block.getLocations(drawingOf("F"));
-    ASSERT_EQ(places.size(), 2u);
-    EXPECT_EQ(places[0].name, "a");
-    EXPECT_EQ(places[0].location[0], 410); // 420 - 10
-    EXPECT_EQ(places[1].name, "b");
-    EXPECT_EQ(places[1].location[1], 287); // 297 - 10
-}
-
-TEST_F(BlockDef, ASuiteOfTheFormatServesUnlessTheFormatItselfComesFirst)
-{
-    const auto place = [](const std::string &format) {
-        return makeBlockPlaces(format, {{"Default", {makePlace("for " + format, 1, 1)}}});
-    };
-    const auto onSheet = drawingOf("F", "FAMILY");
-    Def suite_first, format_first, anywhere;
-    for (const char *id : {"FAMILY", "F"}) suite_first.addBlockLocation(place(id));
-    for (const char *id : {"F", "FAMILY"}) format_first.addBlockLocation(place(id));
-    for (const char *id : {"X", "Default", "F"}) anywhere.addBlockLocation(place(id));
-    EXPECT_EQ(suite_first.getLocations(onSheet)[0].name, "for FAMILY");
-    EXPECT_EQ(format_first.getLocations(onSheet)[0].name, "for F");
-    EXPECT_EQ(anywhere.getLocations(onSheet)[0].name, "for Default");
-}
-
-TEST_F(BlockDef, WithoutALocationForTheFormatItIsAnError)
-{
-    const Def block = makeBlock("TITLE", "OTHER");
-    const auto onSheet = drawingOf("F");
-    EXPECT_EQ(textThrownBy([&] { block.getLocations(onSheet); }),
-              "Block location on format not found for block TITLE");
-}
-
-TEST_F(BlockDef, ALocationOutOfRangeIsNamelessBeyondTheSheet)
-{
-    drawingOf("F");
-    Def block;
-    block.SetId("TITLE");
-    block.addBlockLocation(
-        makeBlockPlaces("F", {{"Default", {makePlace("a", 1, 2), makePlace("b", 3, 4)}}}));
-    EXPECT_EQ(block.getLocation(0).name, "a");
-    EXPECT_EQ(block.getLocation(1).name, "b");
-    EXPECT_EQ(block.getDefaultLocation().name, "a");
-    for (const int index : {-1, 2, std::numeric_limits<int>::max()}) {
-        const QelFmt::LocationInfoType none = block.getLocation(index);
-        EXPECT_EQ(none.name, "");
-        EXPECT_EQ(none.location[0], -1);
-        EXPECT_EQ(none.location[1], -1);
-    }
-}
-
-TEST_F(BlockDef, ASizeListedWithoutAPlaceHasNoDefaultLocation)
-{
-    drawingOf("F");
-    Def block;
-    block.SetId("TITLE");
-    block.addBlockLocation(makeBlockPlaces("F", {{"A3", {}}}));
-    EXPECT_TRUE(block.getLocations().empty());
-    EXPECT_EQ(textThrownBy([&] { block.getDefaultLocation(); }),
-              "Block location on format not found for block TITLE");
-}
-
-TEST_F(BlockDef, ADefinitionThatHangsBelowNoFormatIsAskedForTheCurrentSheet)
-{
-    drawingOf("F");
-    const Def block = [] {
-        Def made;
-        made.SetId("TITLE");
-        made.addBlockLocation(
-            makeBlockPlaces("F", {{"Default", {makePlace("corner", 10, 10, 3)}}}));
-        return made;
-    }();
-    EXPECT_EQ(block.getDefaultLocation().location[0], 410); // 420 - 10
-    story.addSheet("SHEET2", 1000, 500);
-    EXPECT_EQ(textThrownBy([&] { block.getDefaultLocation(); }),
-              "Block location on format not found for block TITLE");
-    story.open(sheet);
-    EXPECT_EQ(block.getDefaultLocation().location[1], 287); // 297 - 10
-}
-
 // --- copies and comparison --------------------------------------------------------------------------
 
 TEST_F(BlockDef, ADifferenceInAnySlotIsSeen)
@@ -491,30 +363,4 @@ TEST_F(BlockDef, AnyUnitButOneIsListedAsInches)
         EXPECT_NE(listing.find("Units                   Inches\n"), std::string::npos);
         EXPECT_NE(listing.find("Movable                 False\n"), std::string::npos);
     }
-}
-
-// --- what nothing enforces ----------------------------------------------------------------------------
-
-TEST_F(BlockDef, ExclusionsAndTheMovableAndDeletableFlagsForbidNothing)
-{
-    writeDefinitionPart(story, "d.prt", [] {
-        makeFormat("F", {"A3"});
-        makeBlock("FIRST");
-        Def block = makeBlock("SECOND");
-        block.SetExcludeBlockIds({"FIRST"});
-        block.SetMovable(0);
-        block.SetCanDelete(0);
-    });
-    const LoadedDefinitions loaded;
-    ASSERT_EQ(TRV_FMT_add_format(sheet, "F", "A3"), 0) << TRV_FMT_ask_last_error();
-    ASSERT_EQ(TRV_FMT_add_block(sheet, "FIRST"), 0) << TRV_FMT_ask_last_error();
-    EXPECT_EQ(TRV_FMT_add_block(sheet, "SECOND"), 0) << TRV_FMT_ask_last_error();
-    const auto blocks = TrDrawing::getDrawing(sheet)->format()->getBlocks();
-    ASSERT_EQ(blocks.size(), 2u);
-    const double place[2] = {50, 60};
-    EXPECT_EQ(QEL_FMT_move_block(sheet, "SECOND", place), 0) << TRV_FMT_ask_last_error();
-    EXPECT_EQ(blocks[1]->GetX(), 50);
-    EXPECT_EQ(blocks[1]->GetY(), 60);
-    EXPECT_EQ(TRV_FMT_delete_block(sheet, "SECOND"), 0) << TRV_FMT_ask_last_error();
-    EXPECT_FALSE(TrDrawing::getDrawing(sheet)->format()->hasBlock("SECOND"));
 }

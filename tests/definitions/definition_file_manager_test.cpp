@@ -1,6 +1,7 @@
 // Definition files: what is loaded from where, and what is offered for which part.
 #include "definitions/definition_file_manager.h"
 
+#include "api/trv_fmt.h"
 #include "foundation/log.h"
 #include "tests/support/definitions.h"
 
@@ -202,6 +203,22 @@ TEST_F(DefinitionFiles, ADefinitionWithoutAnIdEndsTheLoadingWithWhatIsLoadedSoFa
     write("a2.prt", [] { TrFormatDefV1().SetDescription("no id"); });
     EXPECT_EQ(textThrownBy([] { Manager::LoadDefinitionFiles(); }),
               "Something wrong with format definition. It did not have a ID.");
+}
+
+// What the interface says of both.
+TEST_F(DefinitionFiles, InitialisingPassesOverAFileThatIsNoPartAndFailsForADefinitionWithoutAnId)
+{
+    story.writeFile("site/format_defs/a.prt", "garbage");
+    write("b.prt", [] { makeFormat("F", {}); });
+    EXPECT_EQ(TRV_FMT_initialize(), 0) << TRV_FMT_ask_last_error();
+    EXPECT_TRUE(Manager::GetFormatDefinition("F"));
+    TRV_FMT_terminate();
+    write("c.prt", [] { TrBlockDefV1().SetDescription("no id"); });
+    EXPECT_EQ(TRV_FMT_initialize(), 1);
+    EXPECT_STREQ(TRV_FMT_ask_last_error(),
+                 "Something wrong with block definition. It did not have a ID.");
+    EXPECT_TRUE(Manager::GetFormatDefinition("F")); // as loaded so far
+    TRV_FMT_terminate();
 }
 
 // --- categories and units -----------------------------------------------------------------------------

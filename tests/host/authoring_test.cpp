@@ -40,6 +40,25 @@ TEST_F(Authoring, AnArcMayCrossTheXAxis)
     EXPECT_EQ(nxhost::listSheet(sheet), listed);
 }
 
+TEST_F(Authoring, WhatWasDrawnCanBeReadBack)
+{
+    const nxhost::AuthoredArc arc = nxhost::askArc(nxhost::createArc(1, 2, 3, 270, 90));
+    EXPECT_EQ(arc.centre.x, 1);
+    EXPECT_EQ(arc.centre.y, 2);
+    EXPECT_EQ(arc.radius, 3);
+    EXPECT_EQ(arc.startAngle, 270);
+    EXPECT_EQ(arc.endAngle, 450); // 90 lies one turn further on
+
+    const tag_t area =
+        nxhost::createFilledArea({{{0, 0}, {4, 0}, {4, 3}}, {{1, 1}, {2, 1}, {2, 2}}});
+    const auto outlines = nxhost::askFilledArea(area);
+    ASSERT_EQ(outlines.size(), 2u);
+    ASSERT_EQ(outlines[1].size(), 3u);
+    EXPECT_EQ(outlines[1][2].x, 2);
+    EXPECT_EQ(outlines[1][2].y, 2);
+    EXPECT_THROW(nxhost::askArc(area), UgException);
+}
+
 TEST_F(Authoring, WhatHasNoShapeIsRefused)
 {
     EXPECT_THROW(nxhost::createArc(0, 0, 0, 0, 90), UgException);

@@ -21,6 +21,16 @@ DllExport tag_t createArc(double x, double y, double radius, double start_angle,
 // even-odd rule.
 DllExport tag_t createFilledArea(const std::vector<std::vector<AuthoringPoint>> &outlines);
 
+// What was drawn, for programs that read art back. UgException when the object is of another kind.
+struct AuthoredArc {
+    AuthoringPoint centre;
+    double radius;
+    double startAngle; // degrees; the end lies behind it, a whole turn at most
+    double endAngle;
+};
+DllExport AuthoredArc askArc(tag_t arc);
+DllExport std::vector<std::vector<AuthoringPoint>> askFilledArea(tag_t area);
+
 // A part can be placed as a pattern only if this is on when it is saved. Off in a new part.
 DllExport void setPatternDataSaved(tag_t part, bool on);
 DllExport bool isPatternDataSaved(tag_t part);

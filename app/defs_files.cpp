@@ -1,0 +1,54 @@
+#include "app/defs_files.h"
+
+#include "app/authoring/library_reader.h"
+#include "app/authoring/record_builder.h"
+#include "app/defs_text.h"
+
+#include "lumug/nx_search_file_list.h"
+
+#include <boost/filesystem.hpp>
+
+#include <filesystem>
+
+namespace app {
+
+Options withoutDefinitions(const Options &options)
+{
+    Options bare = options;
+    bare.definitions.clear();
+    return bare;
+}
+
+namespace {
+
+// Where a pattern of the file lies: beside its definition part, or along the search directories.
+std::optional<std::string> findPattern(const std::filesystem::path &file, const std::string &name)
+{
+    std::vector<std::filesystem::path> folders{
+        std::filesystem::absolute(file).parent_path().parent_path() / "patterns"};
+    const LumUg::NxSearchFileList list("format_defs");
+    for (const auto &place : list.places())
+        folders.emplace_back((place.folder.parent_path() / "patterns").string());
+    for (const auto &folder : folders)
+        if (const auto path = folder / (name + ".prt"); std::filesystem::exists(path))
+            return path.string();
+    return {};
+}
+
+} // namespace
+
+NamedFile readEither(Workspace &work, const std::string &path, const std::string &language)
+{
+    NamedFile file;
+    file.name = path;
+    file.patternPath = [path](const std::string &name) { return findPattern(path, name); };
+    if (std::filesystem::path(path).extension() == ".prt") {
+        file.records = readDefinitionPart(work, path).records;
+    } else {
+        file.library = authoring::readLibrary(path, language);
+        file.records = authoring::recordsOf(*file.library);
+    }
+    return file;
+}
+
+} // namespace app

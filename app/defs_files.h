@@ -1,0 +1,29 @@
+// defs: definition texts and parts, read alike.
+#pragma once
+
+#include "app/authoring/complaints.h"
+#include "app/authoring/model.h"
+#include "app/workspace.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace app {
+
+struct NamedFile {
+    std::string name;
+    std::optional<authoring::Library> library;
+    std::vector<authoring::RecordTree> records;
+    std::vector<authoring::Complaint> complaints; // why it could not be read
+    std::function<std::optional<std::string>(const std::string &)> patternPath;
+};
+
+// A `.prt` is a part, anything else a text. Throws what readLibrary and readDefinitionPart throw.
+NamedFile readEither(Workspace &work, const std::string &path, const std::string &language);
+
+// Whatever --defs says: files that are named need no others.
+Options withoutDefinitions(const Options &options);
+
+} // namespace app
