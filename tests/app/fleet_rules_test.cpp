@@ -41,15 +41,16 @@ TEST_F(FleetRules, AllMistakesAreToldInOneRunWithTheirPlaces)
                    "    pattern: '[0-9'\n"
                    "    severity: bad\n"
                    "  - {feld: TITLE.number, filled: no}\n"),
-        Lines({"1:19: states: drifted: \"maybe\" is none of error, warning, note, off",
-               "3:13: rule 1: field: \"number\" has to be BLOCK.FIELD, as in TITLE.number, or "
-               "*.number for every block",
-               "6:15: rule 2: severity: \"bad\" is none of error, warning, note",
-               "5:14: rule 2: pattern: \"[0-9\" is no regular expression: a ( or [ that is not "
-               "closed, or a ) that was not opened",
-               "7:5: rule 3: field: is missing: BLOCK.FIELD, or a list of them; * and ? are allowed",
-               "7:34: rule 3: filled: write yes, or leave it out",
-               "7:6: rule 3: feld: unknown key: did you mean field?"}));
+        Lines(
+            {"1:19: states: drifted: \"maybe\" is none of error, warning, note, off",
+             "3:13: rule 1: field: \"number\" has to be BLOCK.FIELD, as in TITLE.number, or "
+             "*.number for every block",
+             "6:15: rule 2: severity: \"bad\" is none of error, warning, note",
+             "5:14: rule 2: pattern: \"[0-9\" is no regular expression: a ( or [ that is not "
+             "closed, or a ) that was not opened",
+             "7:5: rule 3: field: is missing: BLOCK.FIELD, or a list of them; * and ? are allowed",
+             "7:34: rule 3: filled: write yes, or leave it out",
+             "7:6: rule 3: feld: unknown key: did you mean field?"}));
 }
 
 TEST_F(FleetRules, ARuleMakesOneTest)
