@@ -107,7 +107,9 @@ protected:
 // The command while it runs; killed when nobody has waited for its end.
 class RunningCommand {
 public:
-    RunningCommand(const std::filesystem::path &folder, std::vector<std::string> arguments)
+    // `before`: words that stand before the command.
+    RunningCommand(const std::filesystem::path &folder, std::vector<std::string> arguments,
+                   std::vector<std::string> before = {})
         : m_folder(folder)
     {
         m_process = fork();
@@ -118,10 +120,12 @@ public:
             unsetenv(name);
         redirect(".running-out", STDOUT_FILENO);
         redirect(".running-err", STDERR_FILENO);
-        std::vector<char *> line{const_cast<char *>(QELFMT_COMMAND)};
+        std::vector<char *> line;
+        for (std::string &word : before) line.push_back(word.data());
+        line.push_back(const_cast<char *>(QELFMT_COMMAND));
         for (std::string &argument : arguments) line.push_back(argument.data());
         line.push_back(nullptr);
-        execv(QELFMT_COMMAND, line.data());
+        execvp(line[0], line.data());
         _exit(127);
     }
     ~RunningCommand()
