@@ -202,7 +202,7 @@ void mendFontTable(Draft &draft)
         draft.say(Kind::damage, 0, "the part's font table is no font table",
                   "another takes its place");
     if (!fonts) {
-        const bool lost = draft.isLost(told);
+        const bool lost = draft.isLost(told) && !draft.find(told); // and not made as something else
         fonts = lost ? told : draft.newOrdinal();
         draft.make(fonts, "font_table").row.texts = "blockfont\n";
         if (lost) draft.remade[fonts] = "one with the first font alone is made in its place";

@@ -350,6 +350,16 @@ TEST_F(SalvagedPart, WhatStandsOnALostSheetStandsOnANewOneOfItsName)
     }
 }
 
+// One ordinal, asked for twice: as a sheet by its view, as a font table by the part.
+TEST_F(SalvagedPart, AFontTableDoesNotTakeThePlaceOfASheetMadeAgain)
+{
+    damage("UPDATE part SET font_table=2", true);
+    Forge(path).run("UPDATE object SET checksum=0 WHERE ordinal=2 OR kind='font_table'");
+    const Lines after = salvageFile();
+    EXPECT_NE(after.at(2).find("sheet"), std::string::npos) << after.at(2);
+    EXPECT_TRUE(said("the part's font table is no font table")) << allSaid();
+}
+
 // --- links and owners -----------------------------------------------------------------------------------
 
 TEST_F(SalvagedPart, DanglingAndCyclicLinksAreCutOneByOne)
