@@ -1,14 +1,12 @@
 // Definition files: what loading them and listing what is offered costs for blocks of twenty fields each.
 // The counters "load_per_block" and "list_per_block" should stay the same from 30 to 3,000 blocks.
+#include "bench/processor_time.h"
 #include "definitions/definition_file_manager.h"
 #include "definitions/format_def.h"
 #include "tests/support/definitions.h"
 #include "tests/support/text_field.h"
 
 #include <benchmark/benchmark.h>
-
-#include <chrono>
-#include <functional>
 
 namespace {
 
@@ -27,13 +25,6 @@ void makeLibrary(std::int64_t blocks)
     }
 }
 
-double secondsOf(const std::function<void()> &step)
-{
-    const auto start = std::chrono::steady_clock::now();
-    step();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
 void loadAndList(benchmark::State &state)
 {
     Story story;
@@ -41,8 +32,8 @@ void loadAndList(benchmark::State &state)
     writeDefinitionPart(story, "d.prt", [&] { makeLibrary(state.range(0)); });
     double loading = 0.0, listing = 0.0;
     for (auto _ : state) {
-        loading += secondsOf([] { Manager::LoadDefinitionFiles(); });
-        listing += secondsOf([&] {
+        loading += processorSecondsOf([] { Manager::LoadDefinitionFiles(); });
+        listing += processorSecondsOf([&] {
             const auto offered =
                 Manager::GetBlockDefinitions(Manager::GetFormatDefinition("F"), "ALL", true);
             if (offered.size() != static_cast<std::size_t>(state.range(0)))

@@ -2,12 +2,12 @@
 #pragma once
 
 #include "api/trv_fmt.h"
+#include "bench/processor_time.h"
 #include "tests/support/definitions.h"
 #include "tests/support/story.h"
 #include "tests/support/text_field.h"
 
 #include <cstdlib>
-#include <ctime>
 #include <iostream>
 #include <string>
 
@@ -16,14 +16,6 @@ inline void require(int status)
     if (status == 0) return;
     std::cerr << TRV_FMT_ask_last_error() << '\n';
     std::abort();
-}
-
-// Of the processor: what else the machine does counts for nothing, nor does waiting for the disk.
-template <class Body> double secondsOf(Body &&body)
-{
-    const std::clock_t start = std::clock();
-    body();
-    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
 // Format F in size A3 requires block TITLE, which `fill` furnishes.

@@ -62,7 +62,7 @@ void tableOfRows(benchmark::State &state)
         tag_t sheet = scene.addSheet("S");
         double total = 0.0;
         const auto step = [&](const char *name, auto &&body) {
-            const double seconds = secondsOf(body);
+            const double seconds = processorSecondsOf(body);
             double &best = g_measured[name].try_emplace(count, seconds).first->second;
             best = std::min(best, seconds);
             state.counters[name] = seconds;
