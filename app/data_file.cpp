@@ -2,13 +2,13 @@
 
 #include "app/csv.h"
 #include "app/problem.h"
+#include "app/text_file.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 
 namespace app {
@@ -19,10 +19,11 @@ namespace {
 
 Json parseJson(const std::string &path)
 {
-    std::ifstream file(path);
-    if (!file) throw Problem(path + ": cannot be opened: check the path");
+    std::string why;
+    const auto file = readTextFile(path, why);
+    if (!file) throw Problem(path + ": " + why);
     try {
-        return Json::parse(file);
+        return Json::parse(*file);
     } catch (const Json::parse_error &broken) {
         // Behind the number of the mistake: "parse error at line 2, column 3: ...".
         const std::string text = broken.what();

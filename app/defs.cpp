@@ -1,8 +1,12 @@
 // defs: definitions as text and as parts.
 #include "app/authoring/library_reader.h"
 #include "app/authoring/library_writer.h"
+#include "app/authoring/record_builder.h"
+#include "app/authoring/stored_order.h"
+#include "app/defs_files.h"
 #include "app/defs_text.h"
 #include "app/output.h"
+#include "app/problem.h"
 #include "app/verbs.h"
 #include "app/workspace.h"
 
@@ -13,12 +17,17 @@
 #include <fmt/format.h>
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
+#include <set>
+#include <utility>
 
 namespace app {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 struct DefinitionArguments {
     std::vector<std::string> files;
@@ -27,30 +36,90 @@ struct DefinitionArguments {
     std::string keepOrderOf;
 };
 
+// a/x.yaml and b/x.yaml would both become x.prt.
+void refuseEqualStems(const std::vector<std::string> &files)
+{
+    std::map<std::string, std::string> owners;
+    for (const std::string &file : files) {
+        const std::string stem = fs::path(file).stem().string();
+        const auto [known, fresh] = owners.try_emplace(stem, file);
+        if (!fresh)
+            throw Problem(fmt::format("{} and {} would both become {}.prt: rename one of them, or "
+                                      "build them into different folders",
+                                      known->second, file, stem));
+    }
+}
+
+// A definition without an id cannot be loaded, and no other of its site either.
+void refuseMissingIds(const std::string &file, const std::vector<authoring::RecordTree> &records)
+{
+    std::vector<authoring::Complaint> complaints;
+    for (const authoring::RecordTree &record : records) {
+        const std::string &word = record.kind->word;
+        if ((word == "format" || word == "block") && record.text("id").empty())
+            complaints.push_back({file, record.origin.at, word, "id",
+                                  "is missing: nothing of its site could be loaded; give it one"});
+    }
+    if (!complaints.empty()) throw authoring::Complaints(complaints);
+}
+
+// Of definitions with one id the first file of the folder counts, in the order of names.
+void warnOfRivals(Workspace &work, const fs::path &folder, const std::set<std::string> &written)
+{
+    std::set<fs::path> paths;
+    for (const auto &entry : fs::directory_iterator(folder))
+        if (entry.path().extension() == ".prt") paths.insert(entry.path());
+    std::map<std::string, std::string> owners; // identity -> file
+    std::map<std::pair<std::string, std::string>, std::vector<std::string>> rivals; // by two files
+    for (const fs::path &path : paths) {
+        try {
+            for (const auto &record : readDefinitionPart(work, path.string()).records) {
+                if (record.kind->word != "format" && record.kind->word != "block") continue;
+                const std::string identity = authoring::identityOf(record);
+                const auto [known, first] = owners.try_emplace(identity, path.string());
+                if (!first && known->second != path.string() &&
+                    (written.contains(path.string()) || written.contains(known->second)))
+                    rivals[{known->second, path.string()}].push_back(identity);
+            }
+        } catch (const Problem &) { // loading passes over what is no part, too
+        }
+    }
+    for (const auto &[files, ids] : rivals)
+        fmt::print(stderr,
+                   "qelfmt: warning: {} and {} both define {}: the first one counts; remove one of "
+                   "them\n",
+                   files.first, files.second, joined(ids, ", "));
+}
+
 int build(const Options &options, const DefinitionArguments &arguments)
 {
+    refuseEqualStems(arguments.files);
     // Every file is read before anything is written.
     std::vector<authoring::Library> libraries;
-    for (const std::string &file : arguments.files)
+    for (const std::string &file : arguments.files) {
         libraries.push_back(authoring::readLibrary(file, arguments.language));
+        refuseMissingIds(file, authoring::recordsOf(libraries.back()));
+    }
+    Workspace work(withoutDefinitions(options), false);
+    std::optional<authoring::RecordFile> old;
+    if (!arguments.keepOrderOf.empty())
+        old = readOlderPart(work, "--keep-order-of", arguments.keepOrderOf);
     if (options.dryRun) return kFine;
 
-    Options bare = options;
-    bare.definitions.clear();
-    Workspace work(bare, false);
-    std::optional<authoring::RecordFile> old;
-    if (!arguments.keepOrderOf.empty()) old = readDefinitionPart(work, arguments.keepOrderOf);
     Json written = Json::array();
+    std::set<std::string> paths;
     for (std::size_t i = 0; i < libraries.size(); ++i) {
-        const std::string name = std::filesystem::path(arguments.files[i]).stem().string();
+        const std::string name = fs::path(arguments.files[i]).stem().string();
         const auto result =
             authoring::writeLibrary(libraries[i], name, arguments.folder, old ? &*old : nullptr);
         written.push_back(result.definitionPart);
+        paths.insert(result.definitionPart);
         printNote(options,
                   fmt::format("{}: {}, {}, {}", result.definitionPart,
                               counted(result.formats, "format"), counted(result.blocks, "block"),
                               counted(result.patterns, "pattern")));
     }
+    warnOfRivals(work, fs::path(arguments.folder) / "format_defs", paths);
     if (options.json) printJson(written);
     return kFine;
 }

@@ -1,8 +1,8 @@
 // defs check: what would be wrong on a drawing, before anybody draws it.
 #include "app/authoring/check.h"
-#include "app/authoring/compare.h"
 #include "app/authoring/pattern_reader.h"
 #include "app/authoring/record_builder.h"
+#include "app/authoring/rollout.h"
 #include "app/defs_files.h"
 #include "app/defs_text.h"
 #include "app/output.h"
@@ -64,17 +64,21 @@ std::vector<authoring::Complaint> findingsOf(const std::vector<NamedFile> &files
     return findings;
 }
 
-// What placed blocks would undergo.
+// What placed blocks would undergo, each at its place in the new files.
 std::vector<authoring::Complaint> rolloutOf(Workspace &work, const std::string &old,
                                             const std::vector<NamedFile> &files)
 {
     std::vector<authoring::RecordTree> all;
-    for (const NamedFile &file : files)
+    std::vector<std::string> names; // of the files that the records are from
+    for (const NamedFile &file : files) {
         all.insert(all.end(), file.records.begin(), file.records.end());
+        names.resize(all.size(), file.name);
+    }
     std::vector<authoring::Complaint> findings;
-    for (const authoring::Difference &change :
-         authoring::rollout(readDefinitionPart(work, old).records, all))
-        findings.push_back({old, {}, change.where, "", change.what});
+    const auto before = readOlderPart(work, "--against", old).records;
+    for (const authoring::Consequence &one : authoring::rollout(before, all, old))
+        findings.push_back(
+            {one.record ? names[*one.record] : old, one.at, one.where, "", one.what});
     return findings;
 }
 

@@ -19,7 +19,8 @@ int diff(const Options &options, const std::string &old, const std::string &fres
     Workspace work(withoutDefinitions(options), false);
     const NamedFile a = readEither(work, old, "en"), b = readEither(work, fresh, "en");
     Json changes = Json::array();
-    for (const authoring::Difference &change : authoring::differences(a.records, b.records)) {
+    for (const authoring::Difference &change :
+         authoring::differences({a.units, a.records, {}}, {b.units, b.records, {}})) {
         changes.push_back(Json{{"where", change.where}, {"what", change.what}});
         if (!options.json) printLine(fmt::format("{}: {}", change.where, change.what));
     }

@@ -3,10 +3,12 @@
 #include "app/authoring/library_reader.h"
 #include "app/authoring/record_builder.h"
 #include "app/defs_text.h"
+#include "app/problem.h"
 
 #include "lumug/nx_search_file_list.h"
 
 #include <boost/filesystem.hpp>
+#include <fmt/format.h>
 
 #include <filesystem>
 
@@ -43,12 +45,27 @@ NamedFile readEither(Workspace &work, const std::string &path, const std::string
     file.name = path;
     file.patternPath = [path](const std::string &name) { return findPattern(path, name); };
     if (std::filesystem::path(path).extension() == ".prt") {
-        file.records = readDefinitionPart(work, path).records;
+        authoring::RecordFile part = readDefinitionPart(work, path);
+        file.units = part.units;
+        file.records = std::move(part.records);
     } else {
         file.library = authoring::readLibrary(path, language);
+        file.units = file.library->units;
         file.records = authoring::recordsOf(*file.library);
     }
     return file;
+}
+
+authoring::RecordFile readOlderPart(Workspace &work, const std::string &option,
+                                    const std::string &path)
+{
+    if (!std::filesystem::exists(path)) throw Problem(path + ": cannot be opened: check the path");
+    if (std::filesystem::path(path).extension() != ".prt")
+        throw Problem(fmt::format("{0}: {1} needs a definition part, as it is on drawings: build "
+                                  "the text first with 'qelfmt defs build {0} -o FOLDER' and name "
+                                  "FOLDER/format_defs/{2}.prt",
+                                  path, option, std::filesystem::path(path).stem().string()));
+    return readDefinitionPart(work, path);
 }
 
 } // namespace app

@@ -3,6 +3,7 @@
 
 #include "app/authoring/complaints.h"
 #include "app/authoring/model.h"
+#include "app/authoring/record.h"
 #include "app/workspace.h"
 
 #include <functional>
@@ -14,6 +15,7 @@ namespace app {
 
 struct NamedFile {
     std::string name;
+    int units = 1; // 1 millimetres, 2 inches
     std::optional<authoring::Library> library;
     std::vector<authoring::RecordTree> records;
     std::vector<authoring::Complaint> complaints; // why it could not be read
@@ -22,6 +24,10 @@ struct NamedFile {
 
 // A `.prt` is a part, anything else a text. Throws what readLibrary and readDefinitionPart throw.
 NamedFile readEither(Workspace &work, const std::string &path, const std::string &language);
+
+// The definition part of an option like --keep-order-of; what is no part is a Problem with the remedy.
+authoring::RecordFile readOlderPart(Workspace &work, const std::string &option,
+                                    const std::string &path);
 
 // Whatever --defs says: files that are named need no others.
 Options withoutDefinitions(const Options &options);

@@ -29,6 +29,14 @@ struct Source {
     bool fromSite = false;
 };
 
+// "part DB_TITLE" in two; the name is empty when there is none.
+std::pair<std::string, std::string> kindAndName(const std::string &text)
+{
+    const auto blank = text.find(' ');
+    const auto name = text.find_first_not_of(' ', blank);
+    return {text.substr(0, blank), name == std::string::npos ? "" : text.substr(name)};
+}
+
 Source readSource(Mapping &cell)
 {
     constexpr const char *kRight =
@@ -36,10 +44,8 @@ Source readSource(Mapping &cell)
     Source source;
     const auto text = cell.text("from");
     if (!text) return source;
-    const auto blank = text->find(' ');
-    const std::string kind = text->substr(0, blank);
-    source.name =
-        blank == std::string::npos ? "" : text->substr(text->find_first_not_of(' ', blank));
+    const auto [kind, name] = kindAndName(*text);
+    source.name = name;
     if (kind == "part")
         source.type = kPartAttribute;
     else if (kind == "sheet")
@@ -142,12 +148,11 @@ void sourceOf(Mapping &cell, SlotValues &slots)
 void sharing(Mapping &cell, SlotValues &slots)
 {
     if (const auto share = cell.text("share")) {
-        const auto blank = share->find(' ');
-        const std::string target = share->substr(0, blank);
-        if (blank == std::string::npos || (target != "part" && target != "sheet"))
+        const auto [target, name] = kindAndName(*share);
+        if (name.empty() || (target != "part" && target != "sheet"))
             cell.complain("share", "must be part NAME or sheet NAME");
         else
-            slots.strings["BroadcastString"] = share->substr(share->find_first_not_of(' ', blank));
+            slots.strings["BroadcastString"] = name;
         slots.ints["BroadcastType"] = target == "part" ? 1 : 0;
     }
     if (const auto all = cell.word("all-sheets", kYesNo)) slots.ints["SyncAllDrawings"] = *all;

@@ -12,129 +12,115 @@ namespace app::authoring {
 namespace {
 
 using Records = std::vector<RecordTree>;
+using Key = std::pair<std::string, int>; // of several with one identity, which
 
 std::string inside(const std::string &where, const RecordTree &record)
 {
     return where.empty() ? identityOf(record) : where + ", " + identityOf(record);
 }
 
-// Records with the same identity pair in order: the second one with the second one.
-std::map<std::pair<std::string, int>, std::size_t> byIdentity(const Records &records)
+std::vector<Key> keysOf(const Records &records)
 {
-    std::map<std::pair<std::string, int>, std::size_t> found;
+    std::vector<Key> keys;
     std::map<std::string, int> count;
-    for (std::size_t i = 0; i < records.size(); ++i) {
-        const std::string identity = identityOf(records[i]);
-        found[{identity, count[identity]++}] = i;
+    for (const RecordTree &record : records) {
+        const std::string identity = identityOf(record);
+        keys.emplace_back(identity, count[identity]++);
     }
-    return found;
+    return keys;
 }
 
-void compareSlots(const RecordTree &old, const RecordTree &fresh, const std::string &where,
-                  std::vector<Difference> &found)
+using Places = std::map<Key, std::size_t>;
+
+Places placesOf(const std::vector<Key> &keys)
 {
-    if (old.kind != fresh.kind) {
-        found.push_back({where, fmt::format("kind: {} -> {}", old.kind->word, fresh.kind->word)});
-        return;
-    }
-    for (const SlotInfo &slot : fresh.kind->slots) {
-        const std::string before = slotText(old, slot), after = slotText(fresh, slot);
-        if (before != after)
-            found.push_back({where, fmt::format("{}: {} -> {}", slot.key, before, after)});
-    }
+    Places places;
+    for (std::size_t i = 0; i < keys.size(); ++i) places[keys[i]] = i;
+    return places;
 }
 
-void compare(const Records &old, const Records &fresh, const std::string &where,
-             std::vector<Difference> &found)
-{
-    const auto before = byIdentity(old), after = byIdentity(fresh);
-    for (const auto &[identity, i] : before)
-        if (!after.contains(identity)) found.push_back({inside(where, old[i]), "removed"});
-    for (const auto &[identity, i] : after) {
-        const auto known = before.find(identity);
-        if (known == before.end()) {
-            found.push_back({inside(where, fresh[i]), "added"});
-            continue;
+class Comparison {
+public:
+    std::vector<Difference> run(const RecordFile &old, const RecordFile &fresh)
+    {
+        if (old.units != fresh.units)
+            m_found.push_back({"the part", fmt::format("units: {} -> {}", unitsWord(old.units),
+                                                       unitsWord(fresh.units))});
+        compare(old.records, fresh.records, "");
+        return std::move(m_found);
+    }
+
+private:
+    static const char *unitsWord(int units) { return units == 1 ? "mm" : "in"; }
+
+    void compareKeys(const RecordTree &old, const RecordTree &fresh, const std::string &where)
+    {
+        if (old.kind != fresh.kind) {
+            m_found.push_back(
+                {where, fmt::format("kind: {} -> {}", old.kind->word, fresh.kind->word)});
+            return;
         }
-        const RecordTree &was = old[known->second];
-        const std::string here = inside(where, fresh[i]);
-        compareSlots(was, fresh[i], here, found);
-        if (was.kind == fresh[i].kind) compare(was.children, fresh[i].children, here, found);
+        const auto before = storedKeys(old), after = storedKeys(fresh);
+        const auto valueOf = [](const auto &keys, const std::string &key) {
+            for (const auto &[name, value] : keys)
+                if (name == key) return value;
+            return std::string("not stored");
+        };
+        for (const auto &[key, value] : before)
+            if (const std::string now = valueOf(after, key); now != value)
+                m_found.push_back({where, fmt::format("{}: {} -> {}", key, value, now)});
+        for (const auto &[key, value] : after)
+            if (valueOf(before, key) == "not stored")
+                m_found.push_back({where, fmt::format("{}: not stored -> {}", key, value)});
     }
-}
 
-// Positions of a block's or a table's children of one kind.
-void compareOrder(const RecordTree &old, const RecordTree &fresh, const std::string &word,
-                  const std::string &where, std::vector<Difference> &found)
-{
-    const auto was = old.childrenOf(word), is = fresh.childrenOf(word);
-    const auto position = [](const auto &list, const std::string &identity) {
-        for (std::size_t i = 0; i < list.size(); ++i)
-            if (identityOf(*list[i]) == identity) return i;
-        return list.size();
-    };
-    for (std::size_t i = 0; i < was.size(); ++i)
-        if (position(is, identityOf(*was[i])) == is.size())
-            found.push_back({inside(where, *was[i]), "removed"});
-    for (std::size_t i = 0; i < is.size(); ++i) {
-        const std::size_t before = position(was, identityOf(*is[i]));
-        if (before == was.size())
-            found.push_back({inside(where, *is[i]), "added"});
-        else if (before != i)
-            found.push_back(
-                {inside(where, *is[i]),
-                 fmt::format("REORDERED: position {} -> {}; values of placed blocks would "
-                             "stand in other cells: build with --keep-order-of",
-                             before + 1, i + 1)});
+    void compare(const Records &old, const Records &fresh, const std::string &where)
+    {
+        const auto before = keysOf(old), after = keysOf(fresh);
+        const auto oldPlaces = placesOf(before), places = placesOf(after);
+        for (std::size_t i = 0; i < old.size(); ++i)
+            if (!places.contains(before[i])) m_found.push_back({inside(where, old[i]), "removed"});
+        for (std::size_t i = 0; i < fresh.size(); ++i) {
+            const std::string here = inside(where, fresh[i]);
+            const auto known = oldPlaces.find(after[i]);
+            if (known == oldPlaces.end()) {
+                m_found.push_back({here, "added"});
+                continue;
+            }
+            const RecordTree &was = old[known->second];
+            compareKeys(was, fresh[i], here);
+            if (was.kind == fresh[i].kind) compare(was.children, fresh[i].children, here);
+        }
+        compareOrder(before, after, where);
     }
-}
 
-std::string placesOf(const RecordTree &record)
-{
-    std::string text;
-    for (const RecordTree &child : record.children) {
-        if (child.kind->word == "field" || child.kind->word == "table") continue;
-        text += identityOf(child) + "(";
-        for (const SlotInfo &slot : child.kind->slots) text += slotText(child, slot) + " ";
-        text += placesOf(child) + ")";
+    // Of the records that both have: what has been added or removed moves nothing.
+    void compareOrder(const std::vector<Key> &before, const std::vector<Key> &after,
+                      const std::string &where)
+    {
+        const auto from = placesOf(before), to = placesOf(after);
+        const auto common = [](const std::vector<Key> &keys, const Places &others) {
+            std::vector<Key> found;
+            for (const Key &key : keys)
+                if (others.contains(key)) found.push_back(key);
+            return found;
+        };
+        const auto was = common(before, to), is = common(after, from);
+        for (std::size_t i = 0; i < is.size(); ++i)
+            if (was[i] != is[i])
+                m_found.push_back(
+                    {where.empty() ? is[i].first : where + ", " + is[i].first,
+                     fmt::format("position {} -> {}", from.at(is[i]) + 1, to.at(is[i]) + 1)});
     }
-    return text;
-}
+
+    std::vector<Difference> m_found;
+};
 
 } // namespace
 
-std::vector<Difference> differences(const Records &old, const Records &fresh)
+std::vector<Difference> differences(const RecordFile &old, const RecordFile &fresh)
 {
-    std::vector<Difference> found;
-    compare(old, fresh, "", found);
-    return found;
-}
-
-std::vector<Difference> rollout(const Records &old, const Records &fresh)
-{
-    std::vector<Difference> found;
-    const auto before = byIdentity(old), after = byIdentity(fresh);
-    for (const auto &[identity, i] : before) {
-        const auto known = after.find(identity);
-        if (known == after.end()) {
-            found.push_back({identityOf(old[i]), "removed: placed ones keep their own copy"});
-            continue;
-        }
-        const RecordTree &was = old[i], &is = fresh[known->second];
-        const std::string where = identityOf(is);
-        if (was.kind->word != "block" || is.kind != was.kind) continue;
-        compareOrder(was, is, "field", where, found);
-        compareOrder(was, is, "table", where, found);
-        if (placesOf(was) != placesOf(is))
-            found.push_back({where, "moved: its places have changed"});
-        for (const RecordTree *table : is.childrenOf("table"))
-            for (const RecordTree *oldTable : was.childrenOf("table"))
-                if (identityOf(*table) == identityOf(*oldTable))
-                    compareOrder(*oldTable, *table, "field", inside(where, *table), found);
-    }
-    for (const auto &[identity, i] : after)
-        if (!before.contains(identity)) found.push_back({identityOf(fresh[i]), "added"});
-    return found;
+    return Comparison().run(old, fresh);
 }
 
 } // namespace app::authoring

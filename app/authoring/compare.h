@@ -1,5 +1,4 @@
-// What differs between two states of definitions, slot by slot, and what that does to blocks that stand
-// on drawings.
+// What differs between two states of definitions, slot by slot and in stored order.
 #pragma once
 
 #include "app/authoring/record.h"
@@ -11,15 +10,11 @@ namespace app::authoring {
 
 struct Difference {
     std::string where; // "block TITLE, field number"
-    std::string what;  // "text_size: 2.5 -> 3.5", "added", "removed", "moved"
+    std::string what;  // "text_size: 2.5 -> 3.5", "added", "removed", "position 3 -> 1"
 };
 
-std::vector<Difference> differences(const std::vector<RecordTree> &old,
-                                    const std::vector<RecordTree> &fresh);
-
-// What a rollout does to placed blocks: fields and tables added, removed, and REORDERED where a known one
-// takes another position, so that placed values would change cells.
-std::vector<Difference> rollout(const std::vector<RecordTree> &old,
-                                const std::vector<RecordTree> &fresh);
+// Records are found again by what identityOf tells them by. Everything that the full form writes counts:
+// also layers, names and elements that no class knows, and whether a slot is stored at all.
+std::vector<Difference> differences(const RecordFile &old, const RecordFile &fresh);
 
 } // namespace app::authoring

@@ -6,11 +6,12 @@
 #include "app/authoring/record_text.h"
 #include "app/authoring/sheet_family.h"
 #include "app/authoring/words.h"
+#include "app/authoring/yaml_errors.h"
+#include "app/text_file.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <functional>
 
 namespace app::authoring {
 
@@ -29,15 +30,17 @@ public:
         : m_file{path, {}}, m_language(language)
     {}
 
-    // `load` gives the document.
-    Library read(const std::function<YAML::Node()> &load)
+    Library read(const std::string &text)
     {
         try {
-            readFile(load());
-        } catch (const YAML::BadFile &) {
-            m_file.complain("cannot be opened: check the path");
+            const std::vector<YAML::Node> documents = YAML::LoadAll(text);
+            readFile(documents.empty() ? YAML::Node() : documents[0]);
+            if (documents.size() > 1)
+                m_file.complain(documents[1], "", "",
+                                "a second document begins above: what follows a line of --- would "
+                                "not be read; remove that line, or make it a file of its own");
         } catch (const YAML::ParserException &broken) {
-            m_file.complain(broken);
+            m_file.complaints.push_back(syntaxComplaint(m_file.path, text, broken));
         }
         if (!m_file.complaints.empty()) throw Complaints(m_file.complaints);
         return std::move(m_library);
@@ -284,12 +287,15 @@ private:
 
 Library readLibrary(const std::string &path, const std::string &language)
 {
-    return LibraryReader(path, language).read([&] { return YAML::LoadFile(path); });
+    std::string why;
+    const auto text = readTextFile(path, why);
+    if (!text) throw Complaints({{path, {}, "", "", why}});
+    return parseLibrary(*text, path, language);
 }
 
 Library parseLibrary(const std::string &text, const std::string &name, const std::string &language)
 {
-    return LibraryReader(name, language).read([&] { return YAML::Load(text); });
+    return LibraryReader(name, language).read(text);
 }
 
 } // namespace app::authoring

@@ -48,19 +48,36 @@ public:
         m_first = true;
         m_indent = std::string(4 * depth, ' ');
         key("kind", record.kind->word);
-        if (record.layer != kRecordLayer) key("layer", std::to_string(record.layer));
-        if (!record.name.empty()) key("object_name", quoted(record.name));
-        writeAttributes(record);
-        for (const SlotInfo &slot : record.kind->slots) writeSlot(record, slot);
-        writeMore(record);
+        writeKeys(record);
         if (record.children.empty()) return;
         key("children", "");
         for (const RecordTree &child : record.children) write(child, depth + 1);
     }
 
+    // Instead of a text.
+    std::vector<std::pair<std::string, std::string>> keysOf(const RecordTree &record)
+    {
+        m_listed.emplace();
+        writeKeys(record);
+        return std::move(*m_listed);
+    }
+
 private:
+    void writeKeys(const RecordTree &record)
+    {
+        if (record.layer != kRecordLayer) key("layer", std::to_string(record.layer));
+        if (!record.name.empty()) key("object_name", quoted(record.name));
+        writeAttributes(record);
+        for (const SlotInfo &slot : record.kind->slots) writeSlot(record, slot);
+        writeMore(record);
+    }
+
     void key(const std::string &name, const std::string &value)
     {
+        if (m_listed) {
+            m_listed->emplace_back(name, value);
+            return;
+        }
         m_text += m_indent + (m_first ? "- " : "  ") + name + ":" + (value.empty() ? "" : " ") +
                   value + "\n";
         m_first = false;
@@ -146,6 +163,7 @@ private:
     std::string m_text;
     std::string m_indent;
     bool m_first = true;
+    std::optional<std::vector<std::pair<std::string, std::string>>> m_listed;
 };
 
 class Reader {
@@ -386,6 +404,11 @@ std::string slotText(const RecordTree &record, const SlotInfo &slot)
     }
     }
     return {};
+}
+
+std::vector<std::pair<std::string, std::string>> storedKeys(const RecordTree &record)
+{
+    return Writer().keysOf(record);
 }
 
 std::string recordToText(const RecordTree &record, int depth)

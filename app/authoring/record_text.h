@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace app::authoring {
@@ -15,6 +16,8 @@ std::string recordsToText(const RecordFile &file);
 std::string recordToText(const RecordTree &record, int depth);
 // The value of one slot as the full form writes it.
 std::string slotText(const RecordTree &record, const SlotInfo &slot);
+// All keys of a record as the full form writes them, with their values; a slot that is not stored has none.
+std::vector<std::pair<std::string, std::string>> storedKeys(const RecordTree &record);
 // The `records:` of a file.
 std::vector<RecordTree> readRecords(YamlFile &file, const YAML::Node &node);
 

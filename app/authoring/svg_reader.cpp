@@ -3,6 +3,7 @@
 #include "app/authoring/pens.h"
 #include "app/authoring/svg_curves.h"
 #include "app/authoring/svg_path.h"
+#include "app/text_file.h"
 
 #include <fmt/format.h>
 #include <pugixml.hpp>
@@ -10,7 +11,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <fstream>
 #include <map>
 #include <set>
 #include <sstream>
@@ -42,15 +42,13 @@ public:
 
     Art read()
     {
-        std::ifstream file(m_path, std::ios::binary);
-        std::ostringstream bytes;
-        bytes << file.rdbuf();
-        if (!file) {
-            complain(Mark(), "",
-                     "cannot be opened: check the path, which counts from the text's folder");
+        std::string why;
+        const auto text = readTextFile(m_path, why);
+        if (!text) {
+            complain(Mark(), "", why + ", which counts from the text's folder");
             return {};
         }
-        m_text = bytes.str();
+        m_text = *text;
         pugi::xml_document document;
         const auto result = document.load_buffer(m_text.data(), m_text.size());
         const pugi::xml_node root = document.child("svg");

@@ -2,6 +2,8 @@
 
 #include "app/authoring/scalars.h"
 #include "app/authoring/suggestion.h"
+#include "app/authoring/yaml_errors.h"
+#include "app/text_file.h"
 
 #include <fmt/format.h>
 
@@ -23,8 +25,8 @@ void YamlFile::complain(const YAML::Node &node, const std::string &where, const 
 
 void YamlFile::complain(const YAML::ParserException &broken)
 {
-    complaints.push_back(
-        {path, {broken.mark.line + 1, broken.mark.column + 1}, "", "", broken.msg});
+    std::string why;
+    complaints.push_back(syntaxComplaint(path, app::readTextFile(path, why).value_or(""), broken));
 }
 
 std::optional<double> asNumber(const YAML::Node &node)

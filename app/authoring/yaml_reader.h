@@ -23,8 +23,8 @@ struct YamlFile {
 
     void complain(const YAML::Node &node, const std::string &where, const std::string &key,
                   const std::string &text);
-    void complain(const std::string &text) { complaints.push_back({path, {}, "", "", text}); }
     void complain(const YAML::ParserException &broken);
+    void complain(const std::string &text) { complaints.push_back({path, {}, "", "", text}); }
 };
 
 Mark markOf(const YAML::Node &node);

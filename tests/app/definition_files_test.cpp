@@ -1,50 +1,9 @@
 // Definitions on the command line: texts and parts built, kept in order, compared, found and shown.
-#include "shell.h"
+#include "definition_files.h"
 
 #include <algorithm>
 
 namespace {
-
-class DefinitionFiles : public Shell {
-protected:
-    // A format F and a block B of 60 x 20 with these cells, as NAME.yaml.
-    void writeText(const std::string &name, const std::string &cells,
-                   const std::string &place = "{corner: bottom-right, inset: [10, 10]}") const
-    {
-        write(name, "units: mm\n"
-                    "formats:\n"
-                    "  F: {description: Sheets, required: [B], sheets: iso, sizes: [A3, A4]}\n"
-                    "blocks:\n"
-                    "  B:\n"
-                    "    size: [60, 20]\n"
-                    "    place: " +
-                        place +
-                        "\n"
-                        "    cells:\n" +
-                        cells);
-    }
-
-    static std::string cell(const std::string &id, int x)
-    {
-        return "      " + id + ": {cell: [" + std::to_string(x) + ", 0, 20, 20], value: " + id +
-               "}\n";
-    }
-
-    // The ids of the fields of B, in stored order.
-    std::string storedOrder(const std::string &part) const
-    {
-        std::string ids;
-        std::istringstream lines(qelfmt("defs dump " + part).out);
-        bool field = false;
-        for (std::string line; std::getline(lines, line);) {
-            if (line.find("kind: ") != std::string::npos)
-                field = line.find("kind: field") != std::string::npos;
-            else if (field && line.find(" id: ") != std::string::npos)
-                ids += line.substr(line.find(" id: ") + 5);
-        }
-        return ids;
-    }
-};
 
 // --- build ----------------------------------------------------------------------------------------
 
@@ -75,6 +34,41 @@ TEST_F(DefinitionFiles, PlacedValuesStayInTheirCellsWithTheOrderKept)
     ASSERT_EQ(qelfmt("defs build d.yaml -o site --keep-order-of old.prt").status, 0);
     ASSERT_EQ(qelfmt("format update a.qdraw --defs site").status, 0);
     EXPECT_EQ(json("field list a.qdraw --defs site")["B"]["b"], "typed into b");
+}
+
+TEST_F(DefinitionFiles, TwoTextsThatWouldBecomeOnePartAreRefusedBeforeAnythingIsWritten)
+{
+    writeText("a/x.yaml", cell("a", 0));
+    writeText("b/x.yaml", cell("b", 0));
+    const Outcome both = qelfmt("defs build a/x.yaml b/x.yaml -o out");
+    EXPECT_EQ(both.status, 3);
+    EXPECT_EQ(both.err, "qelfmt: a/x.yaml and b/x.yaml would both become x.prt: rename one of "
+                        "them, or build them into different folders\n");
+    EXPECT_FALSE(exists("out"));
+}
+
+TEST_F(DefinitionFiles, AnotherPartOfTheFolderWithTheSameIdsIsWarnedOf)
+{
+    writeText("b.yaml", cell("first", 0));
+    writeText("a.yaml", cell("second", 0));
+    ASSERT_EQ(qelfmt("defs build b.yaml -o site --quiet").err, "");
+    ASSERT_EQ(qelfmt("defs build b.yaml -o site --quiet").err, ""); // in its own place
+    const Outcome rival = qelfmt("defs build a.yaml -o site --quiet");
+    EXPECT_EQ(rival.status, 0);
+    EXPECT_EQ(rival.err, "qelfmt: warning: site/format_defs/a.prt and site/format_defs/b.prt both "
+                         "define format F, block B: the first one counts; remove one of them\n");
+    EXPECT_NE(qelfmt("defs where B --defs site").out.find("a.prt: block B: used\n"),
+              std::string::npos);
+}
+
+TEST_F(DefinitionFiles, ADefinitionWithoutAnIdIsNotBuilt)
+{
+    write("d.yaml", "records:\n- kind: format\n  description: no id\n");
+    const Outcome built = qelfmt("defs build d.yaml -o site2");
+    EXPECT_EQ(built.status, 3);
+    EXPECT_EQ(built.err, "d.yaml:2:3: format: id: is missing: nothing of its site could be loaded; "
+                         "give it one\n");
+    EXPECT_FALSE(exists("site2"));
 }
 
 // --- dump -----------------------------------------------------------------------------------------
@@ -148,31 +142,6 @@ TEST_F(DefinitionFiles, APartIsCheckedWithItsPatterns)
               std::string::npos);
 }
 
-TEST_F(DefinitionFiles, ACheckAgainstAnOlderPartTellsWhatARolloutWouldDo)
-{
-    writeText("d.yaml", cell("a", 0) + cell("b", 20) + cell("c", 40));
-    ASSERT_EQ(qelfmt("defs build d.yaml -o site").status, 0);
-    EXPECT_EQ(qelfmt("defs check d.yaml --against site/format_defs/d.prt").status, 0);
-
-    writeText("d.yaml", cell("c", 0) + cell("new", 20) + cell("a", 40),
-              "{corner: bottom-right, inset: [10, 20]}");
-    const Outcome rollout = qelfmt("defs check d.yaml --against site/format_defs/d.prt");
-    EXPECT_EQ(rollout.status, 1);
-    const std::string old = "site/format_defs/d.prt: block B";
-    EXPECT_EQ(rollout.out,
-              old + ", field b: removed\n" + old +
-                  ", field c: REORDERED: position 3 -> 1; values of placed blocks would stand in "
-                  "other cells: build with --keep-order-of\n" +
-                  old + ", field new: added\n" + old +
-                  ", field a: REORDERED: position 1 -> 3; values of placed blocks would stand in "
-                  "other cells: build with --keep-order-of\n" +
-                  old + ": moved: its places have changed\n");
-    const auto asJson = nlohmann::json::parse(
-        qelfmt("defs check d.yaml --against site/format_defs/d.prt --json").out);
-    EXPECT_EQ(asJson.size(), 5u);
-    EXPECT_EQ(asJson[0]["where"], "block B, field b");
-}
-
 // --- diff, list, where, show ------------------------------------------------------------------------
 
 TEST_F(DefinitionFiles, ADifferenceIsToldSlotBySlot)
@@ -190,6 +159,37 @@ TEST_F(DefinitionFiles, ADifferenceIsToldSlotBySlot)
     const auto asJson =
         nlohmann::json::parse(qelfmt("defs diff site/format_defs/a.prt b.yaml --json").out);
     EXPECT_EQ(asJson[1]["what"], "text_size: 2.5 -> 3.5");
+}
+
+TEST_F(DefinitionFiles, AnotherOrderIsADifference)
+{
+    writeText("a.yaml", cell("a", 0) + cell("b", 20) + cell("c", 40));
+    writeText("b.yaml", cell("c", 40) + cell("b", 20) + cell("a", 0));
+    // Behind the places of the block, which are its first record.
+    EXPECT_EQ(qelfmt("defs diff a.yaml b.yaml").out, "block B, field c: position 4 -> 2\n"
+                                                     "block B, field a: position 2 -> 4\n");
+    // What is added in the middle moves nothing.
+    writeText("b.yaml", cell("a", 0) + "      new: {cell: [0, 0, 9, 9], box: none}\n" +
+                            cell("b", 20) + cell("c", 40));
+    EXPECT_EQ(qelfmt("defs diff a.yaml b.yaml").out, "block B, field new: added\n");
+}
+
+TEST_F(DefinitionFiles, WhatNoClassKnowsAndWhatIsNotStoredIsADifference)
+{
+    const std::string format = "records:\n- kind: format\n  id: F\n";
+    write("a.yaml", "units: mm\n" + format + "  units: 1\n");
+    write("b.yaml", "units: in\n" + format +
+                        "  layer: 3\n  object_name: N\n  units: 1\n  obsolete: 0\n"
+                        "  more_ints: [7]\n  more_attributes: {T: x}\n");
+    const Outcome diff = qelfmt("defs diff a.yaml b.yaml");
+    EXPECT_EQ(diff.status, 1);
+    EXPECT_EQ(diff.out, "the part: units: mm -> in\n"
+                        "format F: layer: not stored -> 3\n"
+                        "format F: object_name: not stored -> N\n"
+                        "format F: more_attributes: not stored -> {T: x}\n"
+                        "format F: obsolete: not stored -> 0\n"
+                        "format F: more_ints: not stored -> [7]\n");
+    EXPECT_EQ(qelfmt("defs diff b.yaml b.yaml").status, 0);
 }
 
 TEST_F(DefinitionFiles, FormatsAreListedWithTheirSizes)

@@ -48,6 +48,38 @@ TEST_F(DefinitionText, BrokenYamlAndMissingFilesAreNamed)
               std::string::npos);
 }
 
+TEST_F(DefinitionText, AFolderInThePlaceOfATextIsNamed)
+{
+    write("d.yaml/x", "");
+    write("values.json/x", "");
+    const std::string folder = ": is a folder: name a file in it\n";
+    EXPECT_EQ(qelfmt("defs check d.yaml").out, "d.yaml" + folder);
+    EXPECT_EQ(qelfmt("defs build d.yaml -o site").err, "d.yaml" + folder);
+    EXPECT_EQ(qelfmt("fill none.qdraw --data values.json").err, "qelfmt: values.json" + folder);
+}
+
+TEST_F(DefinitionText, ASourceWithoutANameIsAMistakeLikeAnyOther)
+{
+    const Outcome bad = build("      a: {cell: [0, 0, 20, 20], from: \"part \"}\n"
+                              "      b: {cell: [20, 0, 20, 20], share: \"part \"}\n"
+                              "      c: {cell: [40, 0, 20, 20], from: \"sheet\"}\n");
+    EXPECT_EQ(bad.status, 3);
+    EXPECT_EQ(bad.err,
+              "d.yaml:9:39: block B, cell a: from: must be one of: part NAME, sheet NAME, site "
+              "NAME, environment NAME, size\n"
+              "d.yaml:10:41: block B, cell b: share: must be part NAME or sheet NAME\n"
+              "d.yaml:11:40: block B, cell c: from: must be one of: part NAME, sheet NAME, site "
+              "NAME, environment NAME, size\n");
+}
+
+TEST_F(DefinitionText, ASecondDocumentIsNotPassedOver)
+{
+    write("d.yaml", "formats: {F: {sheets: iso, sizes: [A3]}}\n---\nblocks: {}\n");
+    EXPECT_EQ(qelfmt("defs check d.yaml").out,
+              "d.yaml:3:1: a second document begins above: what follows a line of --- would not be "
+              "read; remove that line, or make it a file of its own\n");
+}
+
 TEST_F(DefinitionText, TextsStayTexts)
 {
     ASSERT_EQ(build("      a: {cell: [0, 0, 60, 20], value: 01}\n"
