@@ -52,10 +52,13 @@ TEST_F(DefinitionText, AFolderInThePlaceOfATextIsNamed)
 {
     write("d.yaml/x", "");
     write("values.json/x", "");
-    const std::string folder = ": is a folder: name a file in it\n";
-    EXPECT_EQ(qelfmt("defs check d.yaml").out, "d.yaml" + folder);
-    EXPECT_EQ(qelfmt("defs build d.yaml -o site").err, "d.yaml" + folder);
-    EXPECT_EQ(qelfmt("fill none.qdraw --data values.json").err, "qelfmt: values.json" + folder);
+    const std::string words = ": is a folder: name a file in it\n";
+    EXPECT_EQ(qelfmt("defs check d.yaml").out, "d.yaml" + words);
+    EXPECT_EQ(qelfmt("defs build d.yaml -o site").err, "d.yaml" + words);
+    write("e.yaml", "formats: {F: {sheets: iso, sizes: [A3]}}\n");
+    ASSERT_EQ(qelfmt("defs build e.yaml -o site --quiet").status, 0);
+    EXPECT_EQ(qelfmt("stamp F/A3 --defs site -o a.pdf --data values.json").err,
+              "qelfmt: values.json" + words);
 }
 
 TEST_F(DefinitionText, ASourceWithoutANameIsAMistakeLikeAnyOther)
