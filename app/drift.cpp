@@ -218,14 +218,14 @@ SheetState stateOf(const SheetDrift &drift)
     const auto any = [&](auto member) {
         return std::any_of(drift.blocks.begin(), drift.blocks.end(), member);
     };
-    if (drift.orphan) return SheetState::orphan;
+    if (drift.orphan || any([](const BlockDrift &block) { return block.orphan; }))
+        return SheetState::orphan;
     if (any([](const BlockDrift &block) { return !block.miswired.empty(); }))
         return SheetState::miswired;
     const bool changes = any(
         [](const BlockDrift &block) { return !block.definition.empty() || !block.placed.empty(); });
-    if (changes || !drift.definition.empty() || !drift.placed.empty()) return SheetState::drifted;
-    return any([](const BlockDrift &block) { return block.orphan; }) ? SheetState::orphan
-                                                                     : SheetState::current;
+    return changes || !drift.definition.empty() || !drift.placed.empty() ? SheetState::drifted
+                                                                         : SheetState::current;
 }
 
 } // namespace

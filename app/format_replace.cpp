@@ -4,6 +4,7 @@
 #include "app/output.h"
 #include "app/problem.h"
 #include "app/sheet_command.h"
+#include "app/update.h"
 
 #include "content/entry.h"
 #include "content/field.h"
@@ -58,18 +59,25 @@ std::vector<std::string> valuesIn(TrBlockBase &block)
     return values;
 }
 
-// Blocks that the new format does not offer go with the old one.
-std::vector<LostBlock> lostBlocks(const TrFormatBase &format,
-                                  const boost::shared_ptr<TrFormatDefV1> &next)
+// Blocks that the new format does not offer go with the old one; the others stay.
+struct Blocks {
+    TrFormatBase::Blocks retained;
+    std::vector<LostBlock> lost;
+};
+
+Blocks sortedOut(const TrFormatBase &format, const boost::shared_ptr<TrFormatDefV1> &next)
 {
     std::set<std::string> offered;
     for (const auto &def : TrDefinitionFileManager::GetBlockDefinitions(next, "ALL", false))
         offered.insert(def->GetId());
-    std::vector<LostBlock> lost;
-    for (const auto &block : format.getBlocks())
-        if (const std::string id = block->GetBlockDefName(); !offered.contains(id))
-            lost.push_back({id, valuesIn(*block)});
-    return lost;
+    Blocks blocks;
+    for (const auto &block : format.getBlocks()) {
+        if (const std::string id = block->GetBlockDefName(); offered.contains(id))
+            blocks.retained.push_back(block);
+        else
+            blocks.lost.push_back({id, valuesIn(*block)});
+    }
+    return blocks;
 }
 
 std::string described(const std::vector<LostBlock> &blocks)
@@ -82,6 +90,25 @@ std::string described(const std::vector<LostBlock> &blocks)
     return joined(texts, ", ");
 }
 
+void refuseLosses(const std::string &place, const FormatName &name,
+                  const std::vector<LostBlock> &blocks, const std::vector<std::string> &values)
+{
+    std::vector<std::string> reasons;
+    if (!blocks.empty())
+        reasons.push_back(
+            fmt::format("format {} has no place for {}", name.format, described(blocks)));
+    if (!values.empty())
+        reasons.push_back(fmt::format("{} would be lost, since the definition has no such field "
+                                      "any more",
+                                      joined(values, "; ")));
+    if (!reasons.empty())
+        throw Problem(fmt::format("{}: {}: give --force to lose {}", place,
+                                  joined(reasons, ", and "),
+                                  blocks.size() + values.size() == 1 ? "it" : "them"));
+}
+
+// The library would update a block whose own definition does not know the new format, by position: blocks that
+// stay are brought up to date before, each field by its name.
 void replace(const Options &options, const Workspace &work, const SheetRef &sheet,
              const ReplaceArguments &arguments)
 {
@@ -91,20 +118,28 @@ void replace(const Options &options, const Workspace &work, const SheetRef &shee
     const auto drawing = TrDrawing::getDrawing(sheet.tag);
     if (!drawing->hasFormat())
         throw Problem(place + ": has no format to replace: place one with 'qelfmt format add'");
-    const auto lost = lostBlocks(*drawing->format(), next);
-    if (!lost.empty() && !arguments.force)
-        throw Problem(fmt::format("{}: format {} has no place for {}: give --force to lose {}",
-                                  place, name.format, described(lost),
-                                  lost.size() == 1 ? "it" : "them"));
+    const Blocks blocks = sortedOut(*drawing->format(), next);
+    const auto before = valuesOn(*drawing->format());
+    const auto updated = rebuildDrifted(blocks.retained);
+    const auto values = lossesOf(changesBetween(before, valuesOn(*drawing->format())));
+    if (!arguments.force) refuseLosses(place, name, blocks.lost, values);
     drawing->replaceFormat(next, next->GetSizeDef(name.size));
     if (options.json) {
         Json gone = Json::array();
-        for (const LostBlock &block : lost)
+        for (const LostBlock &block : blocks.lost)
             gone.push_back(Json{{"id", block.id}, {"values", block.values}});
-        printJson(Json{{"format", name.format}, {"size", name.size}, {"lost", gone}});
-    } else if (!lost.empty()) {
-        printNote(options, fmt::format("{}: lost {}", place, described(lost)));
+        return printJson(Json{{"format", name.format},
+                              {"size", name.size},
+                              {"lost", gone},
+                              {"updated", updated},
+                              {"lostValues", values}});
     }
+    if (!blocks.lost.empty())
+        printNote(options, fmt::format("{}: lost {}", place, described(blocks.lost)));
+    if (!updated.empty())
+        printNote(options, fmt::format("{}: brought up to date: {}", place, joined(updated, ", ")));
+    if (!values.empty())
+        printNote(options, fmt::format("{}: lost {}", place, joined(values, "; ")));
 }
 
 } // namespace
@@ -116,8 +151,7 @@ void addFormatReplaceVerb(CLI::App *family, Command command)
         "replace", "Change to another format; blocks that it also has keep their values");
     addTarget(verb, arguments->target);
     verb->add_option("format", arguments->format, "Format and size, as in ISO/A3")->required();
-    verb->add_flag("-f,--force", arguments->force,
-                   "Also when blocks have no place on the new format");
+    verb->add_flag("-f,--force", arguments->force, "Also when blocks or values would be lost");
     verb->callback([=] {
         command.chosen = [=, &options = command.options] {
             return changeSheet(options, arguments->target,

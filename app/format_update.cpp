@@ -126,6 +126,13 @@ int check(const Options &options, const SheetTarget &target)
 
 // --- update -----------------------------------------------------------------------------------------
 
+std::string movedText(const BlockUpdate &block)
+{
+    return block.moved() ? fmt::format(", moved from {}, {} to {}, {}", block.from[0],
+                                       block.from[1], block.to[0], block.to[1])
+                         : "";
+}
+
 void print(const std::string &place, const UpdateReport &report)
 {
     printLine(fmt::format("{}: was {}{}", place, nameOf(report.before.state),
@@ -133,7 +140,8 @@ void print(const std::string &place, const UpdateReport &report)
     for (const BlockUpdate &block : report.blocks) {
         const std::string reasons =
             block.reasons.empty() ? "" : " (" + joined(block.reasons, "; ") + ")";
-        printLine(fmt::format("  block {}: {}{}", block.id, nameOf(block.method), reasons));
+        printLine(fmt::format("  block {}: {}{}{}", block.id, nameOf(block.method), reasons,
+                              movedText(block)));
     }
     for (const std::string &id : report.addedBlocks)
         printLine(fmt::format("  block {}: added, the format requires it now", id));
@@ -159,8 +167,15 @@ int update(const Options &options, const UpdateArguments &arguments)
     Json result = Json::array();
     std::vector<std::string> losses;
     int updated = 0;
-    onSheets(work, target.sheet, [&](const SheetRef &sheet) {
+    const auto meant = [&](const SheetRef &sheet) {
+        return target.sheet.empty() || sheet.name == target.sheet;
+    };
+    if (!target.sheet.empty()) work.openSheet(target.sheet); // or there is none of that name
+    onSheets(work, "", [&](const SheetRef &sheet) {
         const std::string place = placeOf(work, sheet);
+        // What a field shares with other sheets makes the library convert those of an older generation:
+        // they are brought up to date with the one that is meant.
+        if (!meant(sheet) && !canConvert(sheet.tag, before[sheet.tag])) return;
         if (!storedFormat(sheet.tag) && target.sheet.empty()) return;
         const UpdateReport report = updateSheet(sheet.tag, place, before[sheet.tag]);
         updated += report.before.state != SheetState::current;

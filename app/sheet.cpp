@@ -1,6 +1,7 @@
 // sheet: the sheets of a drawing.
 #include "app/formats.h"
 #include "app/output.h"
+#include "app/sheet_command.h"
 #include "app/verbs.h"
 #include "app/workspace.h"
 
@@ -23,7 +24,10 @@ int addSheet(const Options &options, const SheetArguments &arguments)
     Workspace work(options, !arguments.format.empty());
     work.open(arguments.path);
     const SheetRef sheet = work.addSheet(arguments.name);
-    if (!arguments.format.empty()) placeFormat(work, sheet, parseFormatName(arguments.format));
+    if (!arguments.format.empty()) {
+        convertOldSheets(work);
+        placeFormat(work, sheet, parseFormatName(arguments.format));
+    }
     if (!options.dryRun) work.save();
     printNote(options, placeOf(work, sheet) + ": added");
     return kFine;

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace app {
 
@@ -19,12 +20,16 @@ struct SheetTarget {
 
 void addTarget(CLI::App *verb, SheetTarget &target);
 
-// Opens the drawing and the sheet, runs `change`, and saves unless it failed or --dry-run is given. A sheet of
-// an older generation is converted first, each field by its name.
+// Opens the drawing and the sheet, runs `change`, and saves unless it failed or --dry-run is given. Sheets of
+// an older generation are converted first, each field by its name.
 int changeSheet(const Options &options, const SheetTarget &target,
                 const std::function<void(Workspace &, const SheetRef &)> &change);
 // The same without saving.
 int readSheet(const Options &options, const SheetTarget &target,
               const std::function<void(Workspace &, const SheetRef &)> &read);
+
+// Brings every sheet of an older generation up to date, each field by its name, and answers which those were;
+// to be called before anything is changed. A Problem names the values that would be lost by it.
+std::vector<SheetRef> convertOldSheets(const Workspace &work);
 
 } // namespace app

@@ -7,6 +7,7 @@
 #include "app/formats.h"
 #include "app/output.h"
 #include "app/picture.h"
+#include "app/sheet_command.h"
 #include "app/verbs.h"
 #include "app/workspace.h"
 
@@ -45,10 +46,12 @@ SheetRef prepare(Workspace &work, const StampArguments &arguments)
     }
     const FormatName format = parseFormatName(rows.format);
     const bool exists = drawing && fs::exists(rows.output);
-    if (exists && arguments.add)
+    if (exists && arguments.add) {
         work.open(rows.output);
-    else
+        convertOldSheets(work);
+    } else {
         work.create(drawing && !exists ? rows.output : transientPart(), unitsOf(format));
+    }
     const SheetRef sheet = work.addSheet(
         rows.sheet.empty() ? fmt::format("SHEET{}", work.sheets().size() + 1) : rows.sheet);
     placeFormat(work, sheet, format);

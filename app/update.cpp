@@ -7,12 +7,8 @@
 #include "app/workspace.h"
 
 #include "api/trv_fmt.h"
-#include "content/entry.h"
-#include "content/field.h"
-#include "content/table.h"
 #include "definitions/block_def.h"
 #include "definitions/definition_file_manager.h"
-#include "definitions/field_def.h"
 #include "definitions/format_def.h"
 #include "definitions/format_size.h"
 #include "drawing/block.h"
@@ -22,80 +18,12 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <map>
-#include <utility>
 
 namespace app {
 
 namespace {
 
 using BlockPtr = boost::shared_ptr<TrBlockBase>;
-using Lines = std::vector<std::string>;
-
-// --- values before and after --------------------------------------------------------------------------
-
-using Key = std::pair<std::size_t, std::string>; // the place of the block, which an update keeps
-
-Key keyOf(const ShownValue &value) { return {value.blockIndex, value.field}; }
-
-template <class Fields>
-void addValues(std::size_t index, const std::string &block, const Fields &fields,
-               const std::string &before, std::vector<ShownValue> &values)
-{
-    std::map<std::string, int> seen;
-    for (const auto &field : fields) {
-        const std::string name = before + field->GetFieldDefName();
-        const int count = seen[name]++;
-        values.push_back({index, block, count ? fmt::format("{} ({})", name, count + 1) : name,
-                          field->GetValue()});
-    }
-}
-
-std::vector<ShownValue> valuesOn(const TrFormatBase &format)
-{
-    std::vector<ShownValue> values;
-    std::size_t index = 0;
-    for (const BlockPtr &block : format.getBlocks()) {
-        const std::string id = block->GetBlockDefName();
-        addValues(index, id, block->getFields(), "", values);
-        for (const auto &table : block->getTables()) {
-            int row = 0;
-            for (const auto &entry : table->getEntries())
-                addValues(index, id, entry->getFields(),
-                          fmt::format("{}[{}].", table->GetTableDefName(), row++), values);
-        }
-        ++index;
-    }
-    return values;
-}
-
-bool saysSomething(const Lines &lines)
-{
-    return std::any_of(lines.begin(), lines.end(), [](const auto &line) { return !line.empty(); });
-}
-
-std::vector<ValueChange> changes(const std::vector<ShownValue> &before,
-                                 const std::vector<ShownValue> &after)
-{
-    std::map<Key, const ShownValue *> old, now;
-    for (const ShownValue &value : before) old.emplace(keyOf(value), &value);
-    for (const ShownValue &value : after) now.emplace(keyOf(value), &value);
-    std::vector<ValueChange> found;
-    for (const ShownValue &was : before) {
-        const auto still = now.find(keyOf(was));
-        if (still == now.end()) {
-            if (saysSomething(was.lines))
-                found.push_back({was.block, was.field, ValueChangeKind::lost, was.lines, {}});
-        } else if (still->second->lines != was.lines) {
-            found.push_back({was.block, was.field, ValueChangeKind::recomputed, was.lines,
-                             still->second->lines});
-        }
-    }
-    for (const ShownValue &is : after)
-        if (!old.contains(keyOf(is)))
-            found.push_back({is.block, is.field, ValueChangeKind::added, {}, is.lines});
-    return found;
-}
 
 // --- the format ---------------------------------------------------------------------------------------
 
@@ -148,18 +76,32 @@ std::vector<std::string> newlyRequired(const TrFormatDefV1 &stored, const TrForm
 
 // --- the blocks ---------------------------------------------------------------------------------------
 
-BlockUpdate planFor(TrBlockBase &block, const BlockDrift &drift)
+using Point = std::array<double, 2>;
+
+Point pointOf(const TrBlockBase &block) { return {block.GetX(), block.GetY()}; }
+
+BlockUpdate planFor(TrBlockBase &block, const BlockDrift &drift, const TrFormatBase &format)
 {
     BlockUpdate plan;
     plan.id = drift.id;
+    plan.from = pointOf(block);
     if (drift.orphan) {
         plan.method = UpdateMethod::orphan;
     } else if (!drift.current()) {
         const auto disk = TrDefinitionFileManager::GetBlockDefinition(drift.id);
         plan.reasons = reasonsAgainstLibrary(block, drift, *disk);
+        if (!hasPlace(*disk, format))
+            plan.reasons.push_back("it has no place on this format any more and stays where it is");
         plan.method = plan.reasons.empty() ? UpdateMethod::library : UpdateMethod::byId;
     }
     return plan;
+}
+
+// A block whose definition is not to be moved goes home with any update of the library's, also from a
+// point that the user chose.
+void keepFreePlace(TrBlockBase &block, const Point &point, bool wasFree)
+{
+    if (wasFree && block.GetAlternateLocationIndex() >= 0) block.locateBlock(point.data());
 }
 
 void requireFormat(tag_t sheet, const std::string &place)
@@ -191,27 +133,18 @@ std::string nameOf(UpdateMethod method)
     return "orphan";
 }
 
-std::string nameOf(ValueChangeKind kind)
-{
-    switch (kind) {
-    case ValueChangeKind::added:
-        return "added";
-    case ValueChangeKind::lost:
-        return "lost";
-    case ValueChangeKind::recomputed:
-        break;
-    }
-    return "recomputed";
-}
+std::vector<std::string> lossesOf(const UpdateReport &report) { return lossesOf(report.values); }
 
-std::vector<std::string> lossesOf(const UpdateReport &report)
+std::vector<std::string> rebuildDrifted(const std::vector<BlockPtr> &blocks)
 {
-    std::vector<std::string> losses;
-    for (const ValueChange &value : report.values)
-        if (value.kind == ValueChangeKind::lost)
-            losses.push_back(
-                fmt::format("{}.{} = {}", value.block, value.field, joined(value.before, " | ")));
-    return losses;
+    std::vector<std::string> ids;
+    for (const BlockPtr &block : blocks) {
+        const BlockDrift drift = driftOf(*block);
+        if (drift.current() || drift.orphan) continue;
+        rebuildBlock(*block, *TrDefinitionFileManager::GetBlockDefinition(drift.id));
+        ids.push_back(drift.id);
+    }
+    return ids;
 }
 
 SheetBefore lookBefore(tag_t sheet)
@@ -220,6 +153,12 @@ SheetBefore lookBefore(tag_t sheet)
     before.legacy = hasLegacyRecords(sheet);
     if (before.legacy) before.values = valuesOn(*storedFormat(sheet));
     return before;
+}
+
+bool canConvert(tag_t sheet, const SheetBefore &before)
+{
+    return before.legacy &&
+           TrDefinitionFileManager::GetFormatDefinition(storedFormat(sheet)->GetFormatDefName());
 }
 
 UpdateReport updateSheet(tag_t sheet, const std::string &place)
@@ -237,29 +176,34 @@ UpdateReport updateSheet(tag_t sheet, const std::string &place, const SheetBefor
     const auto disk = TrDefinitionFileManager::GetFormatDefinition(format->GetFormatDefName());
     const auto values = before.legacy ? before.values : valuesOn(*format);
 
-    const auto blocks = format->getBlocks();
-    for (std::size_t i = 0; i < blocks.size(); ++i)
-        report.blocks.push_back(planFor(*blocks[i], report.before.blocks[i]));
     const auto required = newlyRequired(*format->getDefinition(), *disk, *format);
-
     report.formatChanged = !report.before.definition.empty() || !report.before.placed.empty();
     if (report.formatChanged) followFormat(*format, *disk, report.before);
+    const auto blocks = format->getBlocks();
+    std::vector<bool> free;
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+        report.blocks.push_back(planFor(*blocks[i], report.before.blocks[i], *format));
+        free.push_back(blocks[i]->GetAlternateLocationIndex() < 0);
+    }
     for (std::size_t i = 0; i < blocks.size(); ++i)
         if (report.blocks[i].method == UpdateMethod::byId)
             rebuildBlock(*blocks[i],
                          *TrDefinitionFileManager::GetBlockDefinition(report.blocks[i].id));
     checkLibrary(TRV_FMT_update(sheet), place); // what is left: nothing, for those made anew
     for (std::size_t i = 0; i < blocks.size(); ++i) {
-        const UpdateMethod method = report.blocks[i].method;
+        BlockUpdate &update = report.blocks[i];
+        const UpdateMethod method = update.method;
+        keepFreePlace(*blocks[i], update.from, free[i]);
         if (method == UpdateMethod::library ||
             (method == UpdateMethod::untouched && report.formatChanged))
             placeAnew(*blocks[i]);
+        update.to = pointOf(*blocks[i]);
     }
     for (const std::string &id : required) {
         checkLibrary(TRV_FMT_add_block(sheet, id.c_str()), place);
         report.addedBlocks.push_back(id);
     }
-    report.values = changes(values, valuesOn(*format));
+    report.values = changesBetween(values, valuesOn(*format));
     return report;
 }
 

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "app/drift.h"
+#include "app/update_values.h"
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -17,17 +19,9 @@ enum class UpdateMethod { untouched, library, byId, orphan };
 struct BlockUpdate {
     std::string id;
     UpdateMethod method = UpdateMethod::untouched;
-    std::vector<std::string> reasons; // why the library's own update would not do
-};
-
-enum class ValueChangeKind { added, lost, recomputed };
-
-struct ValueChange {
-    std::string block;
-    std::string field; // "NUMBER"; of a row "REVS[2].WHAT"
-    ValueChangeKind kind = ValueChangeKind::added;
-    std::vector<std::string> before;
-    std::vector<std::string> after;
+    std::vector<std::string> reasons;   // why the library's own update would not do
+    std::array<double, 2> from{}, to{}; // where it stood and where it stands
+    bool moved() const { return from != to; }
 };
 
 struct UpdateReport {
@@ -38,14 +32,6 @@ struct UpdateReport {
     std::vector<ValueChange> values;
 };
 
-// A value and where it stands: the place of its block on the sheet, and the way to the field in it.
-struct ShownValue {
-    std::size_t blockIndex;
-    std::string block;
-    std::string field;
-    std::vector<std::string> lines;
-};
-
 // What a sheet of an older generation shows before anybody looks at it: looking converts it, by which fields
 // that their definition no longer has are lost. To be asked of every sheet of a drawing before one of them is
 // updated, since a field may look at other sheets.
@@ -54,9 +40,14 @@ struct SheetBefore {
     std::vector<ShownValue> values; // of an older generation only
 };
 SheetBefore lookBefore(tag_t sheet);
+// Of an older generation, and the definition that it is to be converted to is loaded.
+bool canConvert(tag_t sheet, const SheetBefore &before);
 
 std::string nameOf(UpdateMethod method);
-std::string nameOf(ValueChangeKind kind);
+
+// Brings blocks to the definitions of today, each field by its name, whatever else there is on the sheet, whose
+// format is not touched. Only those that have drifted are: their identifiers are the result.
+std::vector<std::string> rebuildDrifted(const std::vector<boost::shared_ptr<TrBlockBase>> &blocks);
 
 // The sheet must be the current one and have a format whose definition is loaded; `place` names it in
 // messages. When it fails the part is not to be saved.

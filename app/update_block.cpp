@@ -8,6 +8,10 @@
 #include "definitions/locations.h"
 #include "definitions/table_def.h"
 #include "drawing/block.h"
+#include "drawing/drawing.h"
+#include "drawing/format.h"
+
+#include "ug_typed.hxx"
 
 #include <algorithm>
 #include <array>
@@ -229,12 +233,30 @@ TablePtr newTable(const TrTableDefV1 &def)
     return table;
 }
 
+void placeByDefinition(TrBlockBase &block)
+{
+    if (block.GetAlternateLocationIndex() < 0) return; // at a point of the user's own
+    const auto def = block.GetDefinition();
+    if (def->IsNull() || !hasPlace(*def, *TrDrawing::getDrawing(block)->format())) return;
+    block.locateBlock(nullptr);
+}
+
 } // namespace
+
+bool hasPlace(const TrBlockDefV1 &def, const TrFormatBase &format)
+{
+    const auto ids = def.GetFormatIds();
+    const bool offered = std::any_of(ids.begin(), ids.end(), [&](const std::string &id) {
+        return id == format.GetFormatDefName() || format.inSuite(id);
+    });
+    if (!offered || def.GetMovable() != 0) return offered;
+    return !def.getLocations(TrDrawing::getDrawing(format.GetDrawing()->getTag())).empty();
+}
 
 void placeAnew(TrBlockBase &block)
 {
-    block.locateBlock(nullptr);
-    // A block at a point of the user's own is not placed by that.
+    placeByDefinition(block);
+    // Also where the block itself stays.
     for (const FieldPtr &field : block.getFields()) {
         field->locate();
         field->fitBorders();
@@ -268,7 +290,7 @@ void rebuildBlock(TrBlockBase &block, const TrBlockDefV1 &disk)
     for (const auto &[key, table] : old)
         if (std::find(order.begin(), order.end(), key) == order.end()) table->DeleteUDO();
 
-    block.locateBlock(nullptr);
+    placeByDefinition(block);
     block.updatePattern();
     fill(block.getFields(), def->GetFieldDefinitions(), memories);
     const auto tables = block.getTables();

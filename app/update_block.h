@@ -3,6 +3,7 @@
 
 class TrBlockBase;
 class TrBlockDefV1;
+class TrFormatBase;
 
 namespace app {
 
@@ -11,7 +12,11 @@ namespace app {
 // at a point the user chose stays there.
 void rebuildBlock(TrBlockBase &block, const TrBlockDefV1 &disk);
 
-// Puts a block and all it holds where the present definitions of block and format have it.
+// Puts a block and all it holds where the present definitions of block and format have it. A block at a
+// point of the user's own stays there, as does one that its definition has no place for.
 void placeAnew(TrBlockBase &block);
+
+// Whether a block of the definition can be placed on the format at its present size.
+bool hasPlace(const TrBlockDefV1 &def, const TrFormatBase &format);
 
 } // namespace app

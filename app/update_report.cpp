@@ -12,9 +12,12 @@ Json toJson(const SheetRef &sheet, const UpdateReport &report)
                 {"blocks", Json::array()},
                 {"addedBlocks", report.addedBlocks},
                 {"values", Json::array()}};
-    for (const BlockUpdate &block : report.blocks)
+    for (const BlockUpdate &block : report.blocks) {
         result["blocks"].push_back(
             Json{{"id", block.id}, {"update", nameOf(block.method)}, {"reasons", block.reasons}});
+        if (block.moved())
+            result["blocks"].back()["moved"] = Json{{"from", block.from}, {"to", block.to}};
+    }
     for (const ValueChange &value : report.values)
         result["values"].push_back(Json{{"block", value.block},
                                         {"field", value.field},

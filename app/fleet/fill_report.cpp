@@ -8,6 +8,7 @@
 #include "app/formats.h"
 #include "app/output.h"
 #include "app/problem.h"
+#include "app/sheet_command.h"
 #include "app/values.h"
 
 #include "content/field.h"
@@ -184,6 +185,7 @@ std::string fillDrawing(Workspace &work, const std::vector<ReportRow> &rows,
 {
     tag_t current = NULL_TAG;
     UF_DRAW_ask_current_drawing(&current);
+    convertOldSheets(work);
     const Json now = currentRows(work);
     Comparison comparison(work, now, arguments.force);
     for (const ReportRow &row : rows) comparison.compare(row);

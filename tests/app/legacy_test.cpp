@@ -188,4 +188,101 @@ TEST_F(LegacyDrawing, IsReplacedWithItsValues)
     EXPECT_EQ(on("format check old.qdraw").status, 0) << on("format check old.qdraw").out;
 }
 
+// Two sheets of an older generation with a block B, of which the definition no longer has one field; what it
+// has now is shared with all sheets, so that a change on one sheet looks at the other.
+class LegacyDrawingOfTwoSheets : public LegacyDrawing {
+protected:
+    void SetUp() override
+    {
+        Shell::SetUp();
+        build("      shared: {cell: [0, 10, 50, 10], share: sheet SH, all-sheets: yes}\n"
+              "      number: {cell: [0, 0, 50, 10]}\n");
+        writeTwoSheets((folder / "old.qdraw").string());
+    }
+    void build(const std::string &cells) const
+    {
+        write("d.yaml", "units: mm\n"
+                        "formats:\n"
+                        "  F: {required: [B], sheets: iso, sizes: [A3]}\n"
+                        "blocks:\n"
+                        "  B:\n"
+                        "    size: [100, 20]\n"
+                        "    place: {at: [30, 20]}\n"
+                        "    cells:\n" +
+                            cells);
+        const Outcome built = qelfmt("defs build d.yaml -o site --quiet");
+        ASSERT_EQ(built.status, 0) << built.err;
+    }
+    static void writeTwoSheets(const std::string &path)
+    {
+        check(UF_initialize());
+        nxhost::reset();
+        tag_t part = NULL_TAG;
+        check(UF_PART_new(path.c_str(), UF_PART_METRIC, &part));
+        addSheet("S1", {makeField("number", "N of S1", 105, 65)});
+        addSheet("S2",
+                 {makeField("old", "Old of S2", 105, 55), makeField("number", "N of S2", 105, 65)});
+        check(UF_PART_save());
+        check(UF_PART_close(part, 0, 1));
+        nxhost::reset();
+    }
+    static void addSheet(const char *name, const std::vector<tag_t> &fields)
+    {
+        UF_DRAW_info_t info{};
+        info.size_state = UF_DRAW_METRIC_SIZE;
+        info.size.metric_size_code = UF_DRAW_A3;
+        info.units = UF_PART_METRIC;
+        info.drawing_scale = 1.0;
+        info.projection_angle = UF_DRAW_FIRST_ANGLE_PROJECTION;
+        tag_t sheet = NULL_TAG;
+        check(UF_DRAW_create_drawing(name, &info, &sheet));
+        check(UF_DRAW_open_drawing(sheet));
+        const tag_t block = makeRecord("KORVAN_FORMAT_BLOCK_V1", {"B"}, fields);
+        place(block, 100, 50);
+        const tag_t format = makeRecord("TRV_FORMAT_FORMAT_V1", {"F", "A3"}, {block});
+        UF_UDOBJ_link_t link{1, sheet, 0};
+        check(UF_UDOBJ_add_links(format, 1, &link));
+    }
+};
+
+TEST_F(LegacyDrawingOfTwoSheets, AChangeOnOneSheetLosesNothingOnTheOther)
+{
+    const std::string before = read("old.qdraw");
+    for (const char *line :
+         {"field set old.qdraw -s S1 B.shared hello", "field set old.qdraw -s S1 B.number 1",
+          "format update old.qdraw -s S1", "block move old.qdraw -s S1 B 10 10",
+          "sheet add old.qdraw S3 --format F/A3", "stamp F/A3 --add --sheet S3 -o old.qdraw"}) {
+        const Outcome refused = on(line);
+        EXPECT_EQ(refused.status, 3) << line << refused.err;
+        EXPECT_NE(refused.err.find("sheet S2, B.old = Old of S2"), std::string::npos)
+            << line << ": " << refused.err;
+        EXPECT_EQ(read("old.qdraw"), before) << line;
+    }
+    write("data.json", R"({"B.shared": "hello"})");
+    EXPECT_EQ(on("fill old.qdraw -s S1 --data data.json").status, 3);
+    write("report.csv", "file,sheet,B.number\r\nold.qdraw,S1,1\r\n");
+    EXPECT_NE(on("fill --data report.csv").status, 0);
+    EXPECT_EQ(read("old.qdraw"), before);
+
+    EXPECT_EQ(on("format update --force old.qdraw").status, 0);
+    EXPECT_EQ(on("field set old.qdraw -s S1 B.shared hello").status, 0);
+    EXPECT_EQ(on("field get old.qdraw B.number -s S2").out, "N of S2\n");
+}
+
+// By position the first old field, "number", would be the new first one, "shared".
+TEST_F(LegacyDrawingOfTwoSheets, AChangeOnOneSheetConvertsTheOtherByName)
+{
+    build("      shared: {cell: [0, 10, 50, 10], share: sheet SH, all-sheets: yes}\n"
+          "      number: {cell: [0, 0, 50, 10]}\n"
+          "      old: {cell: [50, 0, 50, 10]}\n");
+    const Outcome set = on("field set old.qdraw -s S1 B.shared hello");
+    ASSERT_EQ(set.status, 0) << set.err;
+    EXPECT_NE(set.err.find("sheet S2: of an older generation, converted"), std::string::npos)
+        << set.err;
+    EXPECT_EQ(on("field get old.qdraw B.number -s S1").out, "N of S1\n");
+    EXPECT_EQ(on("field get old.qdraw B.number -s S2").out, "N of S2\n");
+    EXPECT_EQ(on("field get old.qdraw B.old -s S2").out, "Old of S2\n");
+    EXPECT_EQ(on("format check old.qdraw").status, 0) << on("format check old.qdraw").out;
+}
+
 } // namespace

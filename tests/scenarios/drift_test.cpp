@@ -128,6 +128,74 @@ TEST_F(Drift, AnOrphanHasLostADefinition)
     EXPECT_TRUE(app::driftOf(sheet).orphan);
 }
 
+// What cannot be repaired comes before what can.
+TEST_F(Drift, AnOrphanStaysOneWhateverElseDiffers)
+{
+    addFormat("A3");
+    format()->addBlock("NOTES");
+    catalog.blocks.erase(catalog.blocks.begin()); // TITLE
+    catalog.block("NOTES").textLayer = 31;
+    reload();
+    EXPECT_FALSE(blockDrift("NOTES").current());
+    EXPECT_EQ(state(), "orphan");
+}
+
+// TITLE is not movable: the library's own update would take it home, from where the user put it.
+TEST_F(Drift, ABlockAtAPointOfTheUsersStaysThereThroughEveryUpdate)
+{
+    addFormat("A3");
+    const double point[] = {50, 60};
+    const auto edits = std::vector<std::function<void()>>{
+        [&] { catalog.format("ISO").sizes[0].label = "A3 new"; }, // of the format alone
+        [&] { catalog.field("TITLE", "NAME").x += 10; },          // carried over by the library
+        [&] { catalog.block("TITLE").textLayer = 31; },           // made anew
+    };
+    block("TITLE")->locateBlock(point);
+    for (const auto &edit : edits) {
+        edit();
+        reload();
+        const auto report = app::updateSheet(sheet, "the sheet");
+        EXPECT_EQ(state(), "current");
+        EXPECT_EQ(blockAt("TITLE"), (At{50, 60}));
+        EXPECT_LT(block("TITLE")->GetAlternateLocationIndex(), 0);
+        EXPECT_FALSE(report.blocks.at(0).moved());
+    }
+    EXPECT_EQ(noteAt("TITLE", "NAME"),
+              (At{50 + catalog.field("TITLE", "NAME").x, 60 + catalog.field("TITLE", "NAME").y}));
+}
+
+TEST_F(Drift, ABlockThatAnUpdateMovesIsReportedWithBothPoints)
+{
+    addFormat("A3");
+    const At home = blockAt("TITLE");
+    for (auto &[size, places] : catalog.block("TITLE").places[0].sizes)
+        for (PlaceDesc &place : places) place.x += place.corner == 1 || place.corner == 2 ? -7 : 7;
+    reload();
+    const auto report = app::updateSheet(sheet, "the sheet");
+    ASSERT_TRUE(report.blocks.at(0).moved());
+    EXPECT_EQ((At{report.blocks[0].from[0], report.blocks[0].from[1]}), home);
+    EXPECT_EQ((At{report.blocks[0].to[0], report.blocks[0].to[1]}), blockAt("TITLE"));
+    EXPECT_FALSE(blockAt("TITLE") == home);
+}
+
+// The library raises on it, and all the others would stay what they were.
+TEST_F(Drift, ABlockThatHasNoPlaceAnyMoreStaysWhereItIsAndTheOthersAreUpdated)
+{
+    addFormat("A3");
+    set("TITLE", "NAME", "GEAR");
+    const At before = blockAt("TITLE");
+    format()->addBlock("NOTES");
+    catalog.block("TITLE").places.clear();
+    catalog.block("NOTES").textLayer = 31;
+    reload();
+    const auto report = app::updateSheet(sheet, "the sheet");
+    EXPECT_EQ(report.blocks.at(0).reasons,
+              Names{"it has no place on this format any more and stays where it is"});
+    EXPECT_EQ(state(), "current");
+    EXPECT_EQ(blockAt("TITLE"), before);
+    EXPECT_EQ(value("TITLE", "NAME"), "GEAR");
+}
+
 // An update by position gave NUMBER the cell of DATE, and so on; the library sees nothing wrong.
 TEST_F(Drift, AMiswiredSheetOfThePastIsFoundAndRepaired)
 {
