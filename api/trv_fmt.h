@@ -412,7 +412,8 @@ TRV_FMT_EXPORT int QEL_FMT_get_table_field_editable(unsigned int drawing, const 
                                                     const char *table_id, int entry,
                                                     const char *field_id, char *editable);
 
-/** Appends a row and tells the append-entry callback.
+/** Appends a row and tells the append-entry callback. A row that cannot be made, or that the callback
+ *  throws an exception against, is taken back.
  *  @param drawing  tag of the sheet
  *  @param block_id a block of its format
  *  @param table_id a table of that block
@@ -455,13 +456,13 @@ TRV_FMT_EXPORT int TRV_FMT_delete_entry(unsigned int drawing, const char *block_
 TRV_FMT_EXPORT int TRV_FMT_ask_number_table_entries(unsigned int drawing, const char *block_id,
                                                     const char *table_id, int *count);
 
-/** Adds a symbol that says what the row says, anywhere on the sheet. It follows the row's values and
- *  goes with the row.
+/** Adds a symbol that says what the row says, anywhere on the sheet; where the row says nothing, what
+ *  the last row before it says. It follows their values and goes with the row.
  *  @param drawing  tag of the sheet
  *  @param block_id a block of its format
  *  @param table_id a table of that block
  *  @param entry    index of the row, from 0
- *  @param position x, y and z of the symbol on the sheet; z is ignored
+ *  @param position x, y and z of the symbol on the sheet: x and y are finite numbers, z is ignored
  *  @return the status. Errors: "Invalid drawing"; "Invalid argument" for a null position;
  *          "No format found on drawing"; "No block with ID " + block_id + " on format.";
  *          "No table with ID " + table_id + " on block."; "Wanted entry is greater then table has.".

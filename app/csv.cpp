@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -73,6 +74,8 @@ private:
     {
         const std::size_t length = characterLength(m_text);
         if (length == 0) complain(m_line, "a byte that is no UTF-8: save the file as UTF-8");
+        if (at('\0'))
+            complain(m_line, "a zero byte, which no value can hold: save the file as UTF-8");
         cell += m_text.substr(0, length);
         m_text.remove_prefix(length);
     }
@@ -139,6 +142,8 @@ std::vector<CsvRow> parseCsv(std::string_view text, const std::string &name)
 
 std::vector<CsvRow> readCsv(const std::string &path)
 {
+    if (std::filesystem::is_directory(path))
+        throw Problem(path + ": is a folder: name a CSV file in it");
     std::ifstream file(path, std::ios::binary);
     if (!file) throw Problem(path + ": cannot be opened: check the path");
     const std::string text{std::istreambuf_iterator<char>(file), {}};

@@ -11,7 +11,9 @@
 #include "content/symbol.h"
 #include "content/table.h"
 #include "definitions/table_def.h"
+#include "drawing/drawing.h"
 
+#include "point2.hxx"
 #include "uf_drf.h"
 #include "ug_displayable.hxx"
 #include "ug_exception.hxx"
@@ -32,6 +34,7 @@ struct SymbolArguments {
     bool fill = false;
     std::string field;
     bool library = false;
+    bool force = false;
 };
 
 struct PlacedSymbol {
@@ -73,12 +76,31 @@ TableRows tableOf(const Workspace &work, const SheetRef &sheet, const SymbolArgu
 
 // --- place --------------------------------------------------------------------------------------
 
+void requireSymbol(const TableRows &table)
+{
+    if (table.record().GetDefinition()->GetSymbolType() == 0)
+        throw Problem(fmt::format("{}: its rows have no symbol: give the table {} of the "
+                                  "definition a key 'symbol:'",
+                                  table.place(), table.name().table));
+}
+
+// On its edges too.
+void requireOnSheet(const TableRows &table, const SheetRef &sheet, double x, double y)
+{
+    const Point2 size = TrDrawing::getDrawing(sheet.tag)->drawingSize();
+    if (x >= 0.0 && x <= size[0] && y >= 0.0 && y <= size[1]) return;
+    throw Problem(fmt::format("{}: ({:g}, {:g}) is off the sheet: it is {:g} wide and {:g} high",
+                              table.place(), x, y, size[0], size[1]));
+}
+
 int placeSymbol(const Options &options, const SymbolArguments &arguments)
 {
     return changeSheet(options, arguments.target, [&](Workspace &work, const SheetRef &sheet) {
         const TableRows table = tableOf(work, sheet, arguments);
         table.requireRow(arguments.row);
+        requireSymbol(table);
         const double point[3] = {arguments.position.at(0), arguments.position.at(1), 0.0};
+        requireOnSheet(table, sheet, point[0], point[1]);
         checkLibrary(TRV_FMT_place_symbol(sheet.tag, table.name().block.c_str(),
                                           table.name().table.c_str(), arguments.row, point),
                      fmt::format("{}, row {}", table.place(), arguments.row));
@@ -170,7 +192,8 @@ void fillZones(const Options &options, const TableRows &table, const SymbolArgum
 {
     const std::string field = zoneField(table, arguments);
     for (const RowZones &row : zones)
-        if (const auto misfit = table.set(row.row, field, {joined(row.zones, ", ")}))
+        if (const auto misfit =
+                table.set(row.row, field, {joined(row.zones, ", ")}, arguments.force))
             printNote(options, fmt::format("{}, row {}, {}: {}", table.place(), row.row, field,
                                            describe(*misfit)));
 }
@@ -206,19 +229,24 @@ void addSymbolVerbs(Command command)
         return verb;
     };
     const auto row = [&](CLI::App *verb) {
-        return verb->add_option("row", arguments->row, "Counted from 0")
-            ->check(CLI::NonNegativeNumber);
+        return verb->add_option("row", arguments->row, "Counted from 0");
+    };
+    const auto rowOrAll = [&](CLI::App *verb) {
+        row(verb)->check([](const std::string &text) {
+            return text.starts_with('-') ? "rows are counted from 0" : std::string();
+        });
     };
     CLI::App *place = add("place", "Put a symbol of a row on the sheet", placeSymbol);
     row(place)->required();
     place->add_option("position", arguments->position, "X Y, from the sheet's lower left corner")
         ->required()
         ->expected(2);
-    row(add("list", "Where symbols stand and what they say", listSymbols));
+    rowOrAll(add("list", "Where symbols stand and what they say", listSymbols));
     CLI::App *zones = add("zones", "The zones that the symbols of each row lie in", symbolZones);
-    row(zones);
+    rowOrAll(zones);
     zones->add_flag("--fill", arguments->fill, "Write them into the rows' zone field");
     zones->add_option("--field", arguments->field, "The field to fill, if none is a zone field");
+    zones->add_flag("--force", arguments->force, "Also when the field is locked");
     zones->add_flag("--library", arguments->library,
                     "The library's zone names instead of the printed ones");
 }

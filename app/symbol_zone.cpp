@@ -9,6 +9,7 @@
 #include "point3.hxx"
 
 #include <algorithm>
+#include <cmath>
 
 namespace app {
 
@@ -34,8 +35,8 @@ const authoring::IsoSheet *isoFrameOf(const TrDrawing &drawing)
 // The corner fields reach to the edges of the sheet.
 int fieldAt(double distance, double corner, int count)
 {
-    const int index = distance < corner ? 0 : 1 + static_cast<int>((distance - corner) / kField);
-    return std::clamp(index, 0, count - 1);
+    const double index = distance < corner ? 0.0 : 1.0 + std::trunc((distance - corner) / kField);
+    return static_cast<int>(std::clamp(index, 0.0, count - 1.0));
 }
 
 // Letters from the top without I and O, numerals from the left.
@@ -59,6 +60,7 @@ ZoneNames zoneOf(const SheetRef &sheet, double x, double y)
 {
     const auto drawing = TrDrawing::getDrawing(sheet.tag);
     if (!drawing->hasFormat() || !hasZones(*drawing->format())) return {};
+    if (!std::isfinite(x) || !std::isfinite(y)) return {}; // placed by another program
     ZoneNames names;
     names.library = drawing->zone(Point3(x, y, 0.0));
     const authoring::IsoSheet *iso = isoFrameOf(*drawing);

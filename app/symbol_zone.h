@@ -12,7 +12,7 @@ struct ZoneNames {
     std::string library; // the library's: columns from the right, rows from the bottom
 };
 
-// Both are empty on a sheet without zones.
+// Both are empty on a sheet without zones, and for a point that is not finite.
 ZoneNames zoneOf(const SheetRef &sheet, double x, double y);
 
 } // namespace app

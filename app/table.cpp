@@ -52,10 +52,15 @@ std::vector<Assignment> assignmentsOf(const TableRows &table, const std::vector<
     std::vector<Assignment> all;
     for (const std::string &text : texts) {
         const std::size_t equals = text.find('=');
-        if (equals == std::string::npos)
+        if (equals == std::string::npos || equals == 0)
             throw Problem(fmt::format("{}: write FIELD=VALUE", text), kUsage);
-        table.requireField(text.substr(0, equals));
-        all.push_back({text.substr(0, equals), splitLines(text.substr(equals + 1))});
+        const std::string field = text.substr(0, equals);
+        table.requireField(field);
+        for (const Assignment &other : all)
+            if (other.field == field)
+                throw Problem(fmt::format("{} is given twice: write each field once", field),
+                              kUsage);
+        all.push_back({field, splitLines(text.substr(equals + 1))});
     }
     return all;
 }

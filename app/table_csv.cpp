@@ -5,6 +5,7 @@
 #include "app/table_verbs.h"
 
 #include "content/entry.h"
+#include "content/symbol.h"
 
 #include <fmt/format.h>
 
@@ -40,6 +41,29 @@ void requireColumns(const TableRows &table, const std::string &path, const CsvRo
     if (!problems.empty()) throw Problem(joined(problems, "\n"));
 }
 
+// How many symbols went with the rows.
+std::size_t removeAll(const TableRows &table)
+{
+    std::size_t symbols = 0;
+    std::vector<int> all(static_cast<std::size_t>(table.count()));
+    std::iota(all.begin(), all.end(), 0);
+    for (const int row : all) symbols += table.row(row)->getSymbols().size();
+    table.remove(all);
+    return symbols;
+}
+
+// A carriage return in a value was put there by another program.
+void noteCarriageReturn(const Options &options, const TableRows &table, int row,
+                        const std::string &field, const Lines &lines)
+{
+    for (const std::string &line : lines)
+        if (line.find('\r') != std::string::npos)
+            return printNote(options,
+                             fmt::format("{}, row {}, {}: a carriage return in the value will be "
+                                         "read as a line break",
+                                         table.place(), row, field));
+}
+
 void writeFile(const std::string &path, const std::string &text)
 {
     std::ofstream file(path, std::ios::binary);
@@ -56,19 +80,22 @@ int importRows(const Options &options, const TableArguments &arguments)
     return changeTable(options, arguments, [&](const TableRows &table) {
         const CsvRow &header = rows.front();
         requireColumns(table, arguments.file, header);
-        if (arguments.replace) {
-            std::vector<int> all(static_cast<std::size_t>(table.count()));
-            std::iota(all.begin(), all.end(), 0);
-            table.remove(all);
-        }
+        const std::size_t symbols = arguments.replace ? removeAll(table) : 0;
         for (std::size_t i = 1; i < rows.size(); ++i) {
             const int row = table.append();
             for (std::size_t column = 0; column < header.size(); ++column)
                 setRowValue(options, arguments, table, row, header[column],
                             splitLines(rows[i][column]));
         }
-        if (options.json)
-            return printJson({{"appended", rows.size() - 1}, {"rows", table.count()}});
+        if (symbols > 0)
+            printNote(options, fmt::format("{}: {} {} deleted with the rows that were replaced",
+                                           table.place(), symbols,
+                                           symbols == 1 ? "symbol was" : "symbols were"));
+        if (options.json) {
+            Json json{{"appended", rows.size() - 1}, {"rows", table.count()}};
+            if (arguments.replace) json["symbols_deleted"] = symbols;
+            return printJson(json);
+        }
         printNote(options, fmt::format("{}: {} rows appended", table.place(), rows.size() - 1));
     });
 }
@@ -80,8 +107,11 @@ int exportRows(const Options &options, const TableArguments &arguments)
         for (int row = 0; row < table.count(); ++row) {
             if (arguments.visible && table.row(row)->GetHideEntry() != 0) continue;
             CsvRow cells;
-            for (const std::string &field : table.fields())
-                cells.push_back(joined(table.value(row, field), "\n"));
+            for (const std::string &field : table.fields()) {
+                const Lines lines = table.value(row, field);
+                noteCarriageReturn(options, table, row, field, lines);
+                cells.push_back(joined(lines, "\n"));
+            }
             rows.push_back(cells);
         }
         const std::string text = writeCsv(rows);

@@ -133,6 +133,10 @@ void TableRows::requireEditable(int row, const std::string &field) const
 std::optional<Misfit> TableRows::set(int row, const std::string &field, const Lines &lines,
                                      bool force) const
 {
+    for (const std::string &line : lines)
+        if (line.find('\r') != std::string::npos)
+            throw Problem(placeOf(row, field) +
+                          ": a carriage return in the value: take it out, or write a line break");
     if (!force) requireEditable(row, field);
     checkLibrary(TRV_FMT_set_table_value(m_sheet.tag, m_name.block.c_str(), m_name.table.c_str(),
                                          row, field.c_str(), ReadList(lines)),
@@ -155,7 +159,9 @@ void TableRows::remove(std::vector<int> rows) const
     for (const int index : rows) requireRow(index);
     std::sort(rows.begin(), rows.end(), std::greater<>());
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
-    for (const int index : rows) m_table->RemoveEntry(row(index));
+    for (const int index : rows)
+        if (const auto entry = m_table->entry(static_cast<std::size_t>(index)))
+            m_table->RemoveEntry(entry);
     m_table->locate();
 }
 

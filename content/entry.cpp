@@ -145,7 +145,8 @@ void TrEntryBase::checkForRemovedFields(const TrTableDefV1 &def)
 boost::shared_ptr<TrEntryBase> TrEntryBase::checkAndUpgrade()
 {
     boost::shared_ptr<TrEntryBase> current;
-    if (dynamic_cast<const TrEntryV2 *>(this)) {
+    const bool isCurrent = dynamic_cast<const TrEntryV2 *>(this) != nullptr;
+    if (isCurrent) {
         current.reset(new TrEntryV2(GetUdoObject()));
         current->m_baseLocationCmd = m_baseLocationCmd;
         current->m_directionMult = m_directionMult;
@@ -158,6 +159,8 @@ boost::shared_ptr<TrEntryBase> TrEntryBase::checkAndUpgrade()
         current->exchange(kFields.linkType, *one, *fresh);
         one->DeleteUDO(); // note and lines have changed hands
     }
+    // Older generations only told that a row is hidden.
+    if (!isCurrent && current->GetHideEntry() != 0) current->showDraftingObjects(false);
     return current;
 }
 
@@ -194,16 +197,19 @@ TrEntryBase::Symbols TrEntryV2::getSymbols() const { return children(kSymbols); 
 void TrEntryV2::addSymbol(const boost::shared_ptr<SymbolBase> &symbol)
 {
     attach(kSymbols.linkType, *symbol);
+    RowMemo::symbolsChanged(tag(), true);
 }
 
 void TrEntryV2::removeSymbol(const boost::shared_ptr<SymbolBase> &symbol)
 {
     discard(kSymbols.linkType, *symbol);
+    RowMemo::symbolsChanged(tag(), !getSymbols().empty());
 }
 
 void TrEntryV2::removeAndRetainSymbol(const boost::shared_ptr<SymbolBase> &symbol)
 {
     detach(kSymbols.linkType, *symbol);
+    RowMemo::symbolsChanged(tag(), !getSymbols().empty());
 }
 
 // --- the older ones -------------------------------------------------------------------------------

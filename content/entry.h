@@ -81,15 +81,19 @@ public:
     void ToggleMiddleBorder(); // each field's own
     void setDirectionMult(int mult) { m_directionMult = mult; }
     BaseLocationCmd &getBaseLocationCmd() { return m_baseLocationCmd; }
-    // A field's value has changed: what depends on it in this row follows.
-    void valueChanged();
+    // A field's value has changed: what depends on it follows, in this row and in those after it
+    // that say what this one says.
+    void valueChanged(const TrFieldBase &changed);
 
     // --- symbols --------------------------------------------------------------------------------
-    void addSymbol(const Point3 &point); // Z counts for nothing
-    void makeGeometryOfAllSymbols();     // for those that have lost theirs
-    void removeAllSymbolGeometry();      // the records stay
+    // Z counts for nothing. A row whose table has no definition, and a point that is not finite, are
+    // refused with a standard exception; a symbol that cannot be drawn leaves no record.
+    void addSymbol(const Point3 &point);
+    void makeGeometryOfAllSymbols(); // for those that have lost theirs
+    void removeAllSymbolGeometry();  // the records stay
     void updateSymbols();
     std::vector<std::string> symbolsZoneList() const;
+    bool leavesEmpty(const std::string &fieldId) const; // so that symbols look at the rows before
 
     // --- against a new definition, and older generations ------------------------------------------
     void UpdateDefinition(const TrTableDefV1 &def);
@@ -104,7 +108,9 @@ protected:
     void showDraftingObjects(bool show) const;
 
 private:
+    void takeBack(const boost::shared_ptr<QelFmt::SymbolBase> &symbol);
     std::string GenerateSymbolValue(const std::string &text) const;
+    std::string saidBefore(const std::string &fieldId) const;
     std::string firstLineOf(const std::string &fieldId) const;
     std::vector<std::string> symbolLines(const TrTableDefV1 &def) const;
     void applySymbolPreferences(QelFmt::SymbolBase &symbol, const TrTableDefV1 &def) const;

@@ -205,6 +205,7 @@ private:
 
     void changeValue(const Value &lines);
     void restore(int count, const StoredLines &attributes, bool hadNote, const Value &noteLines);
+    void followRestored(TrEntryBase &entry) const;
     void storeLines(const Value &lines);
     void keepInAttributes(const Value &lines); // all of them
     void deleteNote();

@@ -84,11 +84,21 @@ void TrFieldV1::ModifyValue(const Value &newValue)
     const StoredValue before(*this);
     try {
         changeValue(newValue.empty() ? Value(1) : newValue);
+        if (entry) entry->valueChanged(*this);
     } catch (...) {
         restore(before.count, before.attributes, before.hasNote, before.noteLines);
+        if (entry) followRestored(*entry);
         throw;
     }
-    if (entry) entry->valueChanged();
+}
+
+// What depends on the value in its row follows it back.
+void TrFieldV1::followRestored(TrEntryBase &entry) const
+{
+    try {
+        entry.valueChanged(*this);
+    } catch (...) { // the failure that is being reported is the first one
+    }
 }
 
 void TrFieldV1::changeValue(const Value &lines)

@@ -1,5 +1,7 @@
 #include "content/row_memo.h"
 
+#include "content/symbol_pass.h"
+
 #include <algorithm>
 #include <memory>
 
@@ -41,6 +43,7 @@ RowMemo &RowMemo::start(tag_t table, std::vector<tag_t> entries)
 
 void RowMemo::forget(tag_t table)
 {
+    SymbolPass::rowsChanged(table);
     const auto found = memos().byTable.find(table);
     if (found == memos().byTable.end()) return;
     for (const tag_t entry : found->second->m_entries) {
@@ -59,11 +62,61 @@ void RowMemo::rowChanged(tag_t entry)
     if (index < memo.m_room.size()) memo.m_changed.insert(index);
 }
 
+void RowMemo::symbolsChanged(tag_t entry, bool hasSome)
+{
+    const auto table = memos().tableOf.find(entry);
+    if (table == memos().tableOf.end()) return;
+    RowMemo &memo = *memos().byTable.at(table->second);
+    if (!memo.withSymbols) return;
+    const std::size_t index = memo.m_index.at(entry);
+    if (hasSome)
+        memo.withSymbols->insert(index);
+    else
+        memo.withSymbols->erase(index);
+}
+
+bool RowMemo::isLast(tag_t entry)
+{
+    const auto table = memos().tableOf.find(entry);
+    return table != memos().tableOf.end() &&
+           memos().byTable.at(table->second)->m_entries.back() == entry;
+}
+
 void RowMemo::append(tag_t entry)
 {
     m_index[entry] = m_entries.size();
     m_entries.push_back(entry);
     memos().tableOf[entry] = m_table;
+}
+
+namespace {
+
+// Without the number itself; those above it are one less.
+std::set<std::size_t> closedUp(const std::set<std::size_t> &numbers, std::size_t gone)
+{
+    std::set<std::size_t> closed;
+    for (const std::size_t number : numbers)
+        if (number != gone) closed.insert(closed.end(), number > gone ? number - 1 : number);
+    return closed;
+}
+
+} // namespace
+
+void RowMemo::remove(tag_t entry)
+{
+    const auto found = m_index.find(entry);
+    if (found == m_index.end()) return;
+    SymbolPass::rowsChanged(m_table);
+    const std::size_t gone = found->second;
+    const auto at = static_cast<std::ptrdiff_t>(gone);
+    m_index.erase(found);
+    memos().tableOf.erase(entry);
+    m_entries.erase(m_entries.begin() + at);
+    for (std::size_t i = gone; i < m_entries.size(); ++i) m_index[m_entries[i]] = i;
+    if (gone < m_room.size()) m_room.erase(m_room.begin() + at);
+    if (m_before.size() > gone + 1) m_before.resize(gone + 1); // the sums up to this row hold
+    m_changed = closedUp(m_changed, gone);
+    if (withSymbols) withSymbols = closedUp(*withSymbols, gone);
 }
 
 std::optional<std::size_t> RowMemo::indexOf(tag_t entry) const

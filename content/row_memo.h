@@ -29,8 +29,11 @@ public:
     static RowMemo &start(tag_t table, std::vector<tag_t> entries);
     static void forget(tag_t table);
     static void rowChanged(tag_t entry); // its height, or whether it is hidden
+    static void symbolsChanged(tag_t entry, bool hasSome);
+    static bool isLast(tag_t entry); // in the rows of a table that is known
 
     void append(tag_t entry);
+    void remove(tag_t entry); // the rows after it move up; what is known of the others is kept
     const std::vector<tag_t> &entries() const { return m_entries; }
     std::optional<std::size_t> indexOf(tag_t entry) const;
     // The room of all rows before the one at the index. Rows not measured since they changed are
@@ -38,6 +41,7 @@ public:
     double roomBefore(std::size_t index, const Measure &measure);
 
     std::optional<Origin> origin;
+    std::optional<std::set<std::size_t>> withSymbols; // the rows that have some, when asked for
 
 private:
     explicit RowMemo(tag_t table) : m_table(table) {}

@@ -52,9 +52,11 @@ boost::shared_ptr<SymbolBase> SymbolBase::createSymbol(const Point3 &point,
 {
     const boost::shared_ptr<SymbolBase> symbol = createSymbol();
     symbol->SetX(point[0]);
+    NewObject fresh(symbol->tag());
     symbol->SetY(point[1]);
     if (object && isIdSymbol(*object))
         symbol->SetSymbolObject(const_cast<UgDisplayableObject *>(object));
+    fresh.keep();
     return symbol;
 }
 

@@ -58,11 +58,14 @@ RowMemo &TrTableBase::rows() const
 // Whether the stored links are still the rows that are remembered, without wrapping them all.
 bool TrTableBase::rowsAreThose(const std::vector<tag_t> &entries) const
 {
+    const LumUg::UdoData data(
+        tag()); // compared in place: this is asked for every value that is set
     auto expected = entries.begin();
-    for (const tag_t linked : LumUg::UdoData(tag()).links(kEntries.linkType)) {
-        if (expected != entries.end() && linked == *expected)
+    for (const UF_UDOBJ_link_t &link : data.linkDefs()) {
+        if (link.link_type != static_cast<int>(kEntries.linkType)) continue;
+        if (expected != entries.end() && link.assoc_ug_tag == *expected)
             ++expected;
-        else if (boost::dynamic_pointer_cast<TrEntryBase>(Create(linked)))
+        else if (boost::dynamic_pointer_cast<TrEntryBase>(Create(link.assoc_ug_tag)))
             return false;
     }
     return expected == entries.end();
@@ -92,6 +95,19 @@ boost::shared_ptr<TrEntryBase> TrTableBase::entry(std::size_t index) const
         RowMemo::forget(tag()); // rows came or went without us
     }
     return {};
+}
+
+std::vector<std::size_t> TrTableBase::rowsWithSymbolsAfter(std::size_t index) const
+{
+    RowMemo &memo = rows();
+    if (!memo.withSymbols) {
+        memo.withSymbols.emplace();
+        for (std::size_t i = 0; i < memo.entries().size(); ++i) {
+            const auto row = boost::dynamic_pointer_cast<TrEntryBase>(Create(memo.entries()[i]));
+            if (row && !row->getSymbols().empty()) memo.withSymbols->insert(i);
+        }
+    }
+    return {memo.withSymbols->upper_bound(index), memo.withSymbols->end()};
 }
 
 std::optional<std::size_t> TrTableBase::indexOf(const TrEntryBase &row) const
@@ -131,7 +147,7 @@ void TrTableBase::bind(TrEntryBase &row, const boost::shared_ptr<const TrTableBa
 void TrTableBase::removeAndRetainEntry(const boost::shared_ptr<TrEntryBase> &row)
 {
     detach(kEntries.linkType, *row);
-    RowMemo::forget(tag());
+    if (RowMemo *memo = RowMemo::find(tag())) memo->remove(row->tag());
 }
 
 boost::shared_ptr<TrBlockBase> TrTableBase::block() const { return QelFmt::blockAbove(*this); }
@@ -168,7 +184,10 @@ void TrTableV1::SetY(double y)
 void TrTableV1::AddEntry(const boost::shared_ptr<TrEntryBase> &row)
 {
     attach(kEntries.linkType, *row);
-    if (RowMemo *memo = RowMemo::find(tag())) memo->append(row->tag());
+    RowMemo *memo = RowMemo::find(tag());
+    if (!memo) return;
+    memo->append(row->tag());
+    if (memo->withSymbols) RowMemo::symbolsChanged(row->tag(), !row->getSymbols().empty());
 }
 
 void TrTableV1::RemoveEntry(const boost::shared_ptr<TrEntryBase> &row)

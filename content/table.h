@@ -18,6 +18,7 @@
 
 class TrBlockBase;
 class TrEntryBase;
+class TrFieldBase;
 class TrTableDefV1;
 
 namespace QelFmt {
@@ -75,7 +76,10 @@ public:
     std::optional<std::size_t> indexOf(const TrEntryBase &entry) const; // in the order shown
     // One row without wrapping the others; empty when there is none at the index.
     boost::shared_ptr<TrEntryBase> entry(std::size_t index) const;
-    boost::shared_ptr<TrEntryBase> AppendEntry(); // placed and filled, then announced
+    // Placed and filled, then announced. A table without a definition is refused with a standard
+    // exception; a row that cannot be made, or that the callback raises against, is taken back.
+    boost::shared_ptr<TrEntryBase> AppendEntry();
+    boost::shared_ptr<TrTableDefV1> requiredDefinition() const; // else the same exception
     void MoveEntryUp(int index);
     void MoveEntryDown(int index);
     // The row at `from` gets the place `to`, in one pass. False, and nothing moved, without such
@@ -85,6 +89,10 @@ public:
     // After a value of the row has changed: when its height is no longer the one given, its borders
     // are drawn anew and the rows after it move up or down. Values are not touched.
     void restackAfter(TrEntryBase &entry, double heightBefore);
+
+    // After a value of the row has changed: symbols of the rows after it that leave the field empty
+    // say so too.
+    void valueChanged(const TrEntryBase &entry, const TrFieldBase &changed);
 
     void locate(); // the origin, then every row
     void Move();
@@ -123,6 +131,9 @@ private:
     QelFmt::RowMemo &rows() const;
     bool rowsAreThose(const std::vector<tag_t> &entries) const;
     double roomOf(tag_t entry) const;
+    void takeBack(const boost::shared_ptr<TrEntryBase> &entry);
+    std::vector<std::size_t> rowsWithSymbolsAfter(std::size_t index) const;
+    void updateAllSymbols();
 
     BaseLocationCmd m_baseLocationCmd;
 

@@ -1,7 +1,9 @@
 // The rows of a table: appended, moved, hidden, stacked.
 #include "content/entry.h"
+#include "content/field.h"
 #include "content/recompute_guard.h"
 #include "content/row_memo.h"
+#include "content/symbol_pass.h"
 #include "content/table.h"
 #include "definitions/table_def.h"
 #include "drawing/drawing.h"
@@ -54,15 +56,42 @@ std::vector<double> TrTableBase::entryBaseLocation(const TrEntryBase &row) const
 boost::shared_ptr<TrEntryBase> TrTableBase::AppendEntry()
 {
     if (!dynamic_cast<const TrTableV1 *>(this)) return {}; // older tables are read only
-    CreateUDO();
+    const boost::shared_ptr<TrTableDefV1> def = requiredDefinition();
     const boost::shared_ptr<TrEntryBase> row = TrEntryBase::createEntry();
     bind(*row, viewToHold());
-    row->SetDisplayMiddleBorder(0);
-    AddEntry(row);
-    row->InitValues(*GetDefinition());
-    row->locate();
-    announce();
+    try {
+        row->SetDisplayMiddleBorder(0);
+        AddEntry(row);
+        row->InitValues(*def);
+        row->locate();
+        announce();
+    } catch (...) {
+        takeBack(row);
+        throw;
+    }
     return row;
+}
+
+boost::shared_ptr<TrTableDefV1> TrTableBase::requiredDefinition() const
+{
+    const boost::shared_ptr<TrTableDefV1> def = GetDefinition();
+    if (!def->IsNull()) return def;
+    const std::string name = IsNull() ? std::string() : " " + GetTableDefName();
+    throw std::runtime_error("Table" + name +
+                             " has no definition: bring the format up to date first");
+}
+
+// A row that failed on its way leaves nothing; other rows stand as they did.
+void TrTableBase::takeBack(const boost::shared_ptr<TrEntryBase> &row)
+{
+    if (row->IsNull()) return;
+    try {
+        if (indexOf(*row))
+            RemoveEntry(row);
+        else
+            row->DeleteUDO();
+    } catch (...) { // the failure that is being reported is the first one
+    }
 }
 
 void TrTableBase::announce() const
@@ -127,13 +156,21 @@ void TrTableBase::locate()
         SetX(base.at(0) + def->GetLocationX());
         SetY(base.at(1) + def->GetLocationY());
     }
-    for (const auto &row : getEntries()) row->locate();
+    QelFmt::SymbolPass pass(tag());
+    const Entries entries = getEntries();
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        pass.arriveAt(i);
+        entries[i]->locate();
+    }
+    if (pass.leftSymbolsBehind()) updateAllSymbols();
 }
 
 void TrTableBase::Move()
 {
     RowMemo::forget(tag());
+    QelFmt::SymbolPass pass(tag());
     for (const auto &row : getEntries()) row->Move();
+    if (pass.leftSymbolsBehind()) updateAllSymbols();
 }
 
 void TrTableBase::restackAfter(TrEntryBase &row, double heightBefore)
@@ -145,9 +182,48 @@ void TrTableBase::restackAfter(TrEntryBase &row, double heightBefore)
     if (row.GetHideEntry() != 0) return; // takes no room
     const std::optional<std::size_t> index = indexOf(row);
     if (!index) return;
-    for (std::size_t i = *index + 1; i < rows().entries().size(); ++i)
+    QelFmt::SymbolPass pass(tag());
+    for (std::size_t i = *index + 1; i < rows().entries().size(); ++i) {
+        pass.arriveAt(i);
         if (const auto next = entry(i)) next->locate();
+    }
 }
+
+// --- symbols ----------------------------------------------------------------------------------------
+
+void TrTableBase::updateAllSymbols()
+{
+    const QelFmt::SymbolPass pass(tag());
+    for (const auto &row : getEntries()) row->updateSymbols();
+}
+
+// Down to the first row that says something itself. A pass that is going on sees to it itself.
+void TrTableBase::valueChanged(const TrEntryBase &row, const TrFieldBase &changed)
+{
+    const std::optional<std::size_t> index = indexOf(row);
+    if (!index) return;
+    if (QelFmt::SymbolPass *pass = QelFmt::SymbolPass::over(tag()))
+        return pass->valueChanged(*index);
+    const std::vector<std::size_t> followers = rowsWithSymbolsAfter(*index);
+    if (followers.empty()) return;
+    const boost::shared_ptr<TrTableDefV1> def = GetDefinition();
+    if (def->IsNull()) return;
+    const std::string field = changed.GetFieldDefName();
+    if (field != def->GetSymbol1ValueOverride() && field != def->GetSymbol2ValueOverride()) return;
+
+    const QelFmt::SymbolPass pass(tag());
+    std::size_t looked = *index + 1;
+    for (const std::size_t follower : followers) {
+        boost::shared_ptr<TrEntryBase> next;
+        for (; looked <= follower; ++looked) {
+            next = entry(looked);
+            if (next && !next->leavesEmpty(field)) return;
+        }
+        if (next) next->updateSymbols();
+    }
+}
+
+// --- values -----------------------------------------------------------------------------------------
 
 void TrTableBase::RebroadcastValues()
 {
@@ -156,5 +232,7 @@ void TrTableBase::RebroadcastValues()
 
 void TrTableBase::RecreateNotes()
 {
+    QelFmt::SymbolPass pass(tag());
     for (const auto &row : getEntries()) row->RecreateNotes();
+    if (pass.leftSymbolsBehind()) updateAllSymbols();
 }

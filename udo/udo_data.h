@@ -27,11 +27,16 @@ public:
     std::span<const double> areas() const { return {m_data.areas, m_data.num_areas}; }
     std::span<const double> volumes() const { return {m_data.volumes, m_data.num_volumes}; }
 
+    std::span<const UF_UDOBJ_link_t> linkDefs() const
+    {
+        return {m_data.link_defs, m_data.num_links};
+    }
+
     // The objects of one link type in stored order, null ones included.
     std::vector<tag_t> links(unsigned type) const
     {
         std::vector<tag_t> objects;
-        for (const UF_UDOBJ_link_t &link : std::span(m_data.link_defs, m_data.num_links)) {
+        for (const UF_UDOBJ_link_t &link : linkDefs()) {
             if (link.link_type == static_cast<int>(type)) objects.push_back(link.assoc_ug_tag);
         }
         return objects;

@@ -1,6 +1,8 @@
 // Values of fields and rows through the interface, saved and reopened.
 #include "interface_story.h"
 
+#include <limits>
+
 namespace {
 
 class Values : public InterfaceStory {
@@ -129,6 +131,27 @@ TEST_F(Values, ARowsSymbolStandsWhereItWasPlaced)
     ASSERT_EQ(TRV_FMT_place_symbol(sheet, "TITLE", "REV", 0, there), 0) << TRV_FMT_ask_last_error();
     EXPECT_NE(nxhost::listSheet(sheet).find("(200, 150, 0)"), std::string::npos)
         << nxhost::listSheet(sheet);
+}
+
+TEST_F(Values, ASymbolNeedsAPointOfFiniteNumbersAndLeavesNothingWithout)
+{
+    addRows(1);
+    const std::string before = nxhost::listSheet(sheet);
+    const double nowhere[] = {std::numeric_limits<double>::quiet_NaN(), 150.0, 0.0};
+    EXPECT_EQ(failure(TRV_FMT_place_symbol(sheet, "TITLE", "REV", 0, nowhere)),
+              "A symbol cannot be placed: give its X and Y as finite numbers");
+    EXPECT_EQ(nxhost::listSheet(sheet), before);
+}
+
+TEST_F(Values, ARowThatCannotBeMadeIsNotCounted)
+{
+    addRows(1);
+    // The row is linked, and its first field; the second one fails.
+    nxhost::failCall("UF_UDOBJ_add_links", 1155000, 4);
+    EXPECT_EQ(TRV_FMT_add_entry(sheet, "TITLE", "REV"), 1);
+    int rows = 0;
+    EXPECT_EQ(TRV_FMT_ask_number_table_entries(sheet, "TITLE", "REV", &rows), 0);
+    EXPECT_EQ(rows, 1);
 }
 
 } // namespace

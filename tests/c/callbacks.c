@@ -14,18 +14,7 @@ static char g_seen[256];
 static unsigned int sheet_with_format(void)
 {
     g_blocks_added = g_rows_added = 0;
-    SUCCEEDS(TRV_FMT_add_format(world_sheet(), "F", "A3"));
-    return world_sheet();
-}
-
-static int blocks_on(unsigned int sheet)
-{
-    TRV_FMT_value_list_t list = {0, NULL};
-    int number;
-    SUCCEEDS(TRV_FMT_ask_blocks_on_drawing(sheet, &list));
-    number = list.num_values;
-    TRV_FMT_free_value(&list);
-    return number;
+    return world_sheet_with_format();
 }
 
 static int veto_notes(const char *format, const char *block)
@@ -46,10 +35,10 @@ void c_AVetoedBlockIsGone(void)
     TEXT_IS(world_listing(), before);
     free(before);
     SUCCEEDS(TRV_FMT_add_block(sheet, "TITLE"));
-    HOLDS(blocks_on(sheet) == 2);
+    HOLDS(world_blocks_on(sheet) == 2);
     QEL_FMT_set_add_block_cb(NULL);
     SUCCEEDS(TRV_FMT_add_block(sheet, "NOTE"));
-    HOLDS(blocks_on(sheet) == 3);
+    HOLDS(world_blocks_on(sheet) == 3);
     HOLDS(g_blocks_added == 2);
 }
 
@@ -97,7 +86,7 @@ void c_CallbacksMayCallTheLibrary(void)
     sheet = sheet_with_format();
     HOLDS(g_blocks_added == 2);
     HOLDS(g_rows_added == 1);
-    HOLDS(blocks_on(sheet) == 2);
+    HOLDS(world_blocks_on(sheet) == 2);
     SUCCEEDS(TRV_FMT_add_entry(sheet, "TITLE", "REV"));
     SUCCEEDS(TRV_FMT_ask_field_value(sheet, "TITLE", "NAME", &list));
     HOLDS(list.num_values == 1);
@@ -131,7 +120,7 @@ void c_CallbacksMayClearThemselves(void)
     SUCCEEDS(TRV_FMT_add_block(sheet, "NOTE"));
     SUCCEEDS(TRV_FMT_add_block(sheet, "NOTE"));
     HOLDS(g_blocks_added == 1);
-    HOLDS(blocks_on(sheet) == 3);
+    HOLDS(world_blocks_on(sheet) == 3);
     SUCCEEDS(TRV_FMT_add_entry(sheet, "TITLE", "REV"));
     SUCCEEDS(TRV_FMT_add_entry(sheet, "TITLE", "REV"));
     HOLDS(g_rows_added == 1);

@@ -28,18 +28,7 @@ static void throw_for_row(const char *format, const char *block, const char *tab
 static unsigned int sheet_with_format(void)
 {
     g_calls = 0;
-    SUCCEEDS(TRV_FMT_add_format(world_sheet(), "F", "A3"));
-    return world_sheet();
-}
-
-static int blocks_on(unsigned int sheet)
-{
-    TRV_FMT_value_list_t list = {0, NULL};
-    int number;
-    SUCCEEDS(TRV_FMT_ask_blocks_on_drawing(sheet, &list));
-    number = list.num_values;
-    TRV_FMT_free_value(&list);
-    return number;
+    return world_sheet_with_format();
 }
 
 static int rows_of(unsigned int sheet)
@@ -52,7 +41,8 @@ static int rows_of(unsigned int sheet)
 static int add_note(void) { return TRV_FMT_add_block(world_sheet(), "NOTE"); }
 static int add_row(void) { return TRV_FMT_add_entry(world_sheet(), "TITLE", "REV"); }
 
-/* What was made before the exception stays, complete, and is still there when the part is opened again. */
+/* A block that was made before the exception stays, complete, and is still there when the part is opened
+   again; a row is taken back. */
 void c_AnExceptionOfACallbackEndsTheCall(void)
 {
     unsigned int sheet = sheet_with_format();
@@ -70,8 +60,8 @@ void c_AnExceptionOfACallbackEndsTheCall(void)
     QEL_FMT_set_add_block_cb(NULL);
     QEL_FMT_set_append_entry_cb(NULL);
     sheet = world_reopen();
-    HOLDS(blocks_on(sheet) == 3);
-    HOLDS(rows_of(sheet) == 2);
+    HOLDS(world_blocks_on(sheet) == 3);
+    HOLDS(rows_of(sheet) == 0);
     SUCCEEDS(add_row());
     SUCCEEDS(TRV_FMT_update(sheet));
 }
@@ -87,8 +77,8 @@ void c_AnExceptionOfAnotherKindPassesThrough(void)
     HOLDS(world_caught(add_row) == 5);
     TEXT_IS(TRV_FMT_ask_last_error(), "no call has failed yet");
     sheet = world_reopen();
-    HOLDS(blocks_on(sheet) == 2);
-    HOLDS(rows_of(sheet) == 1);
+    HOLDS(world_blocks_on(sheet) == 2);
+    HOLDS(rows_of(sheet) == 0);
 }
 
 static int g_answer;
@@ -115,7 +105,7 @@ void c_ACallbackMayDeleteWhatItIsToldOf(void)
     QEL_FMT_set_append_entry_cb(delete_the_row);
     for (g_answer = 0; g_answer < 2; ++g_answer) { /* vetoed or kept: it is gone already */
         SUCCEEDS(add_note());
-        HOLDS(blocks_on(sheet) == 1);
+        HOLDS(world_blocks_on(sheet) == 1);
     }
     SUCCEEDS(add_row());
     HOLDS(rows_of(sheet) == 0);
@@ -167,7 +157,7 @@ void c_ACallbackMayDeleteTheFormat(void)
     TEXT_IS(format, "none");
     sheet = world_reopen();
     SUCCEEDS(TRV_FMT_add_format(sheet, "F", "A3"));
-    HOLDS(blocks_on(sheet) == 1);
+    HOLDS(world_blocks_on(sheet) == 1);
 }
 
 static int end_the_library(const char *format, const char *block)
@@ -190,7 +180,7 @@ void c_ACallbackMayEndTheLibrary(void)
     SUCCEEDS(TRV_FMT_initialize());
     SUCCEEDS(add_note());
     sheet = world_reopen();
-    HOLDS(blocks_on(sheet) == 3);
+    HOLDS(world_blocks_on(sheet) == 3);
 }
 
 static int veto(const char *format, const char *block)
@@ -213,7 +203,7 @@ void c_ACallbackMayInstallAnother(void)
     const unsigned int sheet = sheet_with_format();
     QEL_FMT_set_add_block_cb(hand_over);
     SUCCEEDS(add_note()); /* its own answer holds */
-    HOLDS(blocks_on(sheet) == 2);
+    HOLDS(world_blocks_on(sheet) == 2);
     SUCCEEDS(add_note()); /* vetoed by the other */
-    HOLDS(blocks_on(sheet) == 2);
+    HOLDS(world_blocks_on(sheet) == 2);
 }

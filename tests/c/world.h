@@ -17,6 +17,9 @@ unsigned int world_part_tag(void);    /* alive, and no drawing */
 unsigned int world_note_tag(void);    /* a note on the other sheet */
 unsigned int world_reopen(void);      /* saves, closes, opens: the sheet's new tag */
 
+unsigned int world_sheet_with_format(void); /* the first sheet, with F in A3: one block, TITLE */
+int world_blocks_on(unsigned int sheet);    /* how many */
+
 /* The part as text, valid until the next call; for claims that nothing changed. */
 const char *world_listing(void);
 

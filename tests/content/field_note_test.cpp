@@ -277,10 +277,14 @@ TEST_F(FieldNote, SymbolFileFollowsTheDefinition)
     has("A", [](TrFieldDefV1 &def) { def.SetSymbolFile(1); });
     has("B");
     place();
+    Base::log::Recording recording{&QelFmt::info_log()};
     field("A")->ModifyValue({"<&70>"});
     EXPECT_TRUE(nxhost::usesCustomerSymbolFile());
+    EXPECT_TRUE(recording.has("Setting customer symbol file"));
+    EXPECT_FALSE(recording.has("Setting default symbol file"));
     field("B")->ModifyValue({"<&70>"});
     EXPECT_FALSE(nxhost::usesCustomerSymbolFile());
+    EXPECT_TRUE(recording.has("Setting default symbol file"));
 }
 
 TEST_F(FieldNote, UserSymbolSizeNeedsBothNumbers)

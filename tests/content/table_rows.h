@@ -7,8 +7,9 @@
 class TableRows : public BlockOnSheet {
 protected:
     // Rows of REV (at 0) and TEXT (at 20), margins 1 above and below: 2 high when empty, 5.5 with a
-    // line of 3.5, 10.75 with two (2 x 3.5 + 0.5 x 3.5 between them).
-    void revisions(int direction = 0, const EditField &more = {})
+    // line of 3.5, 10.75 with two (2 x 3.5 + 0.5 x 3.5 between them). Symbols
+    // say what is given.
+    void revisions(int direction = 0, const EditField &more = {}, const std::string &symbol = "")
     {
         const auto column = [&](const std::string &id, double x) {
             return fieldDef(id, [&](TrFieldDefV1 &def) {
@@ -24,6 +25,7 @@ protected:
                 def.SetLocationX(5.0);
                 def.SetLocationY(7.0);
                 def.SetDirection(direction);
+                def.SetSymbol1Value(symbol);
             }));
         place();
     }

@@ -11,6 +11,7 @@ TEST_F(TableRows, NewRowIsOfTheCurrentGenerationNamedAndFilled)
     const auto row = table()->AppendEntry();
     EXPECT_EQ(LumUg::GetUDOClassName(row->GetUdoObject()), QelFmt::kEntryV2Classname);
     EXPECT_EQ(row->GetEntryDefName(), "REV");
+    EXPECT_EQ(row->GetInts(), (std::vector<int>{0, 0})); // both flags stored, not only absent
     EXPECT_EQ(row->GetDisplayMiddleBorder(), 0);
     EXPECT_EQ(row->GetHideEntry(), 0);
     ASSERT_EQ(row->getFields().size(), 2u);
@@ -316,6 +317,85 @@ TEST_F(TableRows, ValueOfAHiddenRowStaysOutOfSight)
     table()->HidePreviousEntries(1);
     set(*table()->entry(0), "TEXT", {"new"});
     EXPECT_EQ(shown(noteTag(*table()->entry(0)->field("TEXT"))).blank_status, UF_OBJ_BLANKED);
+}
+
+TEST_F(TableRows, LinesDrawnForAHiddenRowAreOutOfSight)
+{
+    revisions(0, [](TrFieldDefV1 &def) {
+        def.SetMarginHeight(0.0); // a row without text has no height, so no lines
+        def.SetTopBorderPolicy(1);
+    });
+    const auto row = table()->AppendEntry();
+    ASSERT_TRUE(row->field("TEXT")->GetBorders().empty());
+    table()->HidePreviousEntries(1);
+    const auto blanked = [&] {
+        std::vector<int> all;
+        for (const tag_t line : borderTags(*table()->entry(0)->field("TEXT")))
+            all.push_back(shown(line).blank_status);
+        return all;
+    };
+    set(*table()->entry(0), "TEXT", {"new"});
+    EXPECT_EQ(blanked(), (std::vector<int>{UF_OBJ_BLANKED}));
+    table()->entry(0)->ToggleMiddleBorder();
+    table()->entry(0)->UpdateBorders();
+    EXPECT_EQ(blanked(), (std::vector<int>{UF_OBJ_BLANKED, UF_OBJ_BLANKED}));
+    table()->entry(0)->SetHideEntry(0);
+    EXPECT_EQ(blanked(), (std::vector<int>{UF_OBJ_NOT_BLANKED, UF_OBJ_NOT_BLANKED}));
+}
+
+// --- refused ------------------------------------------------------------------------------------
+
+TEST_F(TableRows, RowThatCannotBeMadeLeavesNothing)
+{
+    revisions(0, [](TrFieldDefV1 &def) { def.SetDefaultString({"x"}); });
+    append("A", {"one"});
+    const std::string before = nxhost::listSheet(sheet);
+    struct Refusal {
+        const char *call;
+        unsigned nth;
+    };
+    for (const Refusal &refusal :
+         {Refusal{"UF_DRF_create_note", 1}, Refusal{"UF_DRF_create_note", 2},
+          Refusal{"UF_UDOBJ_add_links", 1}, Refusal{"UF_UDOBJ_add_links", 3},
+          Refusal{"UF_DRF_set_origin", 1}}) {
+        nxhost::failCall(refusal.call, 1155000, refusal.nth);
+        EXPECT_EQ(codeThrownBy([&] { table()->AppendEntry(); }), 1155000)
+            << refusal.call << " " << refusal.nth;
+        EXPECT_EQ(table()->entryCount(), 1u) << refusal.call << " " << refusal.nth;
+        EXPECT_EQ(nxhost::listSheet(sheet), before) << refusal.call << " " << refusal.nth;
+        EXPECT_EQ(looseObjects(story.part()), 0u) << refusal.call << " " << refusal.nth;
+    }
+    append("B", {"two"});
+    EXPECT_EQ(revs(), "AB");
+    EXPECT_EQ(textPlaces(), (std::vector<At>{{125, 58}, {125, 52.5}}));
+}
+
+TEST_F(TableRows, RowThatTheCallbackRaisesAgainstIsTakenBack)
+{
+    revisions();
+    append("A", {"one"});
+    TrTableBase::appendEntryCB() = [](const char *, const char *, const char *) {
+        throw std::runtime_error("released drawings get no rows");
+    };
+    EXPECT_EQ(textThrownBy([&] { table()->AppendEntry(); }), "released drawings get no rows");
+    TrTableBase::appendEntryCB() = nullptr;
+    EXPECT_EQ(revs(), "A");
+    saveAndReopen();
+    EXPECT_EQ(revs(), "A");
+}
+
+TEST_F(TableRows, TableWithoutADefinitionGetsNoRows)
+{
+    revisions();
+    append("A", {"one"});
+    table()->retainDefinition();
+    EXPECT_EQ(textThrownBy([&] { table()->AppendEntry(); }),
+              "Table REV has no definition: bring the format up to date first");
+    EXPECT_EQ(table()->entryCount(), 1u);
+    TrTableV1 none;
+    EXPECT_EQ(textThrownBy([&] { none.AppendEntry(); }),
+              "Table has no definition: bring the format up to date first");
+    EXPECT_TRUE(none.IsNull());
 }
 
 // --- announced ----------------------------------------------------------------------------------

@@ -180,6 +180,21 @@ TEST_F(LegacyTable, RowUpgradeKeepsFlagsFieldOrderAndValues)
     EXPECT_EQ(fresh->getFields()[1]->GetValue(), (Lines{"t", "u"}));
 }
 
+TEST_F(LegacyTable, HiddenRowIsOutOfSightWhenItIsUpgraded)
+{
+    for (const int hidden : {1, 0}) {
+        ZemEntryV1 oldest = legacyEntry<ZemEntryV1>("REV", hidden, 0, {legacyField("REV", {"A"})});
+        TrEntryV1 older = legacyEntry<TrEntryV1>("REV", hidden, 0, {legacyField("REV", {"A"})});
+        const int expected = hidden != 0 ? UF_OBJ_BLANKED : UF_OBJ_NOT_BLANKED;
+        for (TrEntryBase *old : std::vector<TrEntryBase *>{&oldest, &older}) {
+            const auto one = old->checkAndUpgrade()->getFields().at(0);
+            EXPECT_EQ(shown(noteTag(*one)).blank_status, expected);
+            ASSERT_EQ(borderTags(*one).size(), 2u);
+            for (const tag_t line : borderTags(*one)) EXPECT_EQ(shown(line).blank_status, expected);
+        }
+    }
+}
+
 TEST_F(LegacyTable, RowBeforeSymbolsIsUpgradedToo)
 {
     TrEntryV1 old = legacyEntry<TrEntryV1>("REV", 0, 1, {legacyField("REV", {"A"})});

@@ -87,3 +87,20 @@ TEST_F(TableRows, RowsThatComeOrGoBehindTheLibrarysBackAreSeen)
     EXPECT_EQ(textPlaces(), (std::vector<At>{{125, 58}, {125, 52.5}, {125, 47}}));
     EXPECT_FALSE(table()->entry(3));
 }
+
+// What is remembered of the rows after a deleted one moves up with them.
+TEST_F(TableRows, RowsStandRightAfterOthersWereDeletedAndNothingElseWasDone)
+{
+    revisions();
+    append("A", {"one"});
+    append("B", {"two", "lines"});
+    append("C", {"three"});
+    append("D", {"four"});
+    table()->RemoveEntry(table()->entry(1));
+    EXPECT_EQ(table()->indexOf(*table()->entry(2)), 2u);
+    append("E", {"five"}); // behind A, C and D of 5.5 each: 57 - 16.5 + 1
+    EXPECT_EQ(revs(), "ACDE");
+    EXPECT_EQ(noteAt(*table()->entry(3)->field("TEXT")), (At{125, 41.5}));
+    set(*table()->entry(2), "TEXT", {"four", "now"}); // 10.75: 57 - 21.75 + 1
+    EXPECT_EQ(noteAt(*table()->entry(3)->field("TEXT")), (At{125, 36.25}));
+}
