@@ -113,6 +113,7 @@ private:
         std::vector<Box> boxes;
         for (const CellArt &cell : m_result.cells)
             if (cell.lines) boxes.push_back(*cell.lines);
+        if (boxes.size() < 2) m_result.cellPen = kUsualCellPen; // none of the lines is theirs
         Art lines;
         drawCellLines(lines, m_result.width, m_result.height, boxes, m_result.outlinePen,
                       m_result.cellPen);
@@ -189,7 +190,7 @@ private:
     {
         const ArtLine *low = lineAt(m_next), *high = lineAt(m_next + 1), *left = lineAt(m_next + 2);
         if (!low || !high || !left || low->from.y != low->to.y || high->from.y != high->to.y ||
-            left->from.x != table.at.x || low->from.x != table.at.x)
+            left->from.x != table.at.x || low->from.x != table.at.x || low->pen != kRowPen)
             return;
         const double edge = table.direction == kDown ? low->from.y : high->from.y;
         if (edge != table.at.y) return;

@@ -83,8 +83,7 @@ private:
 
     void readCells()
     {
-        int outline = kOutlinePen;
-        int &inner = m_cellPen;
+        int outline = kOutlinePen, inner = kCellPen;
         bool drawn = true;
         if (m_mapping.has("lines")) {
             const YAML::Node lines = m_mapping.node("lines");
@@ -120,7 +119,7 @@ private:
         if (!m_mapping.has("tables")) return;
         Mapping tables(m_file, m_mapping.node("tables"), m_mapping.what() + ", tables");
         for (const auto &[id, node] : tables.entries()) {
-            TableText text = readTable(m_file, id, node, m_context, m_cellPen);
+            TableText text = readTable(m_file, id, node, m_context);
             Art &art = m_result.block.art;
             art.insert(art.end(), text.heading.begin(), text.heading.end());
             m_result.block.tables.push_back(std::move(text.table));
@@ -209,7 +208,6 @@ private:
     Mapping m_mapping;
     CellContext m_context;
     BlockText m_result;
-    int m_cellPen = kCellPen;
 };
 
 } // namespace

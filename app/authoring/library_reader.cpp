@@ -11,8 +11,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 namespace app::authoring {
 
 namespace {
@@ -231,7 +229,7 @@ private:
             m_blocks.push_back(readBlock(m_file, id, value, context, ids, m_library.units));
     }
 
-    // Where a required block stands on a sheet, if the file says so.
+    // Where a block stands on a sheet, if the file says so.
     void occupy(const Format &format, const Size &sheet, const BlockText &text,
                 std::vector<Rectangle> &occupied) const
     {
@@ -263,10 +261,8 @@ private:
         for (FormatText &format : m_formats) {
             for (Sheet &sheet : format.sheets) {
                 std::vector<Rectangle> occupied;
-                for (const BlockText &text : m_blocks) {
-                    if (std::count(format.required.begin(), format.required.end(), text.block.id))
-                        occupy(format.format, sheet.size, text, occupied);
-                }
+                for (const BlockText &text : m_blocks)
+                    occupy(format.format, sheet.size, text, occupied);
                 sheet.size.frame = sheet.frame(occupied);
                 format.format.sizes.push_back(std::move(sheet.size));
             }

@@ -10,6 +10,8 @@ namespace app::authoring {
 std::optional<int> penOfWidth(double millimetres);
 std::optional<double> widthOfPen(int pen); // empty for pens without a number of the series
 int nearestPen(double millimetres);
+// As the borders of rows are drawn, which the platform makes thick lines: 0.5 mm.
+inline constexpr int kRowPen = 9;
 extern const char *const kPenWidths; // for complaints
 
 } // namespace app::authoring

@@ -1,6 +1,7 @@
 #include "app/authoring/table_reader.h"
 
 #include "app/authoring/full_keys.h"
+#include "app/authoring/pens.h"
 #include "app/authoring/record_text.h"
 #include "app/authoring/words.h"
 
@@ -17,9 +18,8 @@ constexpr int kDrawn = 1; // the border policy of a line that is drawn
 class TableReader {
 public:
     TableReader(YamlFile &file, const std::string &id, const YAML::Node &node,
-                const CellContext &context, int cellPen)
-        : m_file(file), m_mapping(file, node, context.where + ", table " + id), m_context(context),
-          m_pen(cellPen)
+                const CellContext &context)
+        : m_file(file), m_mapping(file, node, context.where + ", table " + id), m_context(context)
     {
         slots().strings["Id"] = id;
         slots().origin = m_mapping.origin();
@@ -173,9 +173,12 @@ private:
         }
     }
 
-    void line(ArtPoint from, ArtPoint to) { m_result.heading.push_back(ArtLine{from, to, m_pen}); }
+    void line(ArtPoint from, ArtPoint to)
+    {
+        m_result.heading.push_back(ArtLine{from, to, kRowPen});
+    }
 
-    // Above the first row when rows grow down, below it when they grow up.
+    // As wide as the borders of rows: above the first row when rows grow down, below it when they grow up.
     void drawHeading()
     {
         const double height = m_mapping.number("heading").value_or(0.0);
@@ -209,7 +212,6 @@ private:
     YamlFile &m_file;
     Mapping m_mapping;
     const CellContext &m_context;
-    int m_pen;
     TableText m_result;
     ArtPoint m_at;
     int m_direction = kDown;
@@ -223,9 +225,9 @@ private:
 } // namespace
 
 TableText readTable(YamlFile &file, const std::string &id, const YAML::Node &node,
-                    const CellContext &context, int cellPen)
+                    const CellContext &context)
 {
-    if (!isWholeRecord(node)) return TableReader(file, id, node, context, cellPen).read();
+    if (!isWholeRecord(node)) return TableReader(file, id, node, context).read();
     TableText text;
     text.table.whole = readRecord(file, node, {"table"}, context.where + ", table " + id);
     return text;

@@ -15,6 +15,6 @@ struct TableText {
 };
 
 TableText readTable(YamlFile &file, const std::string &id, const YAML::Node &node,
-                    const CellContext &context, int cellPen);
+                    const CellContext &context);
 
 } // namespace app::authoring
