@@ -11,9 +11,13 @@
 #include "lumug/nx_search_file_list.h"
 #include "tests/support/story.h"
 
+#include <nlohmann/json.hpp>
+
 #include <cmath>
 #include <fstream>
 #include <map>
+#include <regex>
+#include <set>
 #include <sstream>
 
 using namespace app::authoring;
@@ -111,6 +115,28 @@ TEST(WrittenSchema, IsThatOfTheSlotTables)
 {
     EXPECT_TRUE(sourceFile("formats/qelfmt.schema.json") == definitionSchema());
     EXPECT_NE(sourceFile("docs/definitions.md").find(slotTables()), std::string::npos);
+}
+
+// All keys that a mapping of the schema may have, wherever it stands.
+void collectKeys(const nlohmann::json &schema, std::set<std::string> &keys)
+{
+    if (!schema.is_structured()) return;
+    if (schema.is_object() && schema.contains("properties"))
+        for (const auto &[key, value] : schema["properties"].items()) keys.insert(key);
+    for (const auto &one : schema) collectKeys(one, keys);
+}
+
+TEST(DefinitionsDocument, NamesEveryKey)
+{
+    std::set<std::string> keys;
+    collectKeys(nlohmann::json::parse(definitionSchema()), keys);
+    EXPECT_GT(keys.size(), 100u);
+    const std::string document = sourceFile("docs/definitions.md");
+    for (const std::string &key : keys) {
+        // `key`, or key: in an example.
+        const std::regex named("(^|[^a-z0-9_-])" + key + ":?[ `\\n]");
+        EXPECT_TRUE(std::regex_search(document, named)) << key;
+    }
 }
 
 TEST(ExampleSite, IsClean)
