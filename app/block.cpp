@@ -1,4 +1,5 @@
 // block: the blocks of a sheet's format.
+#include "app/data_file.h"
 #include "app/formats.h"
 #include "app/output.h"
 #include "app/problem.h"
@@ -29,6 +30,7 @@ struct BlockArguments {
     std::string block;
     std::vector<double> position;
     bool home = false;
+    bool force = false;
     std::string place; // by its name
 };
 
@@ -94,9 +96,23 @@ int moveBlock(const Options &options, const BlockArguments &arguments)
     });
 }
 
+void requireDefined(const Workspace &work, const SheetRef &sheet, const std::string &id)
+{
+    if (TrDefinitionFileManager::GetBlockDefinition(id)) return;
+    std::vector<std::string> ids;
+    for (const auto &def : TrDefinitionFileManager::GetBlockDefinitions("ALL"))
+        ids.push_back(def->GetId());
+    throw Problem(fmt::format("{}: no block {} is defined; there are {}", placeOf(work, sheet), id,
+                              ids.empty() ? "none: name a folder with --defs" : shortList(ids)));
+}
+
 int addBlock(const Options &options, const BlockArguments &arguments)
 {
     return changeSheet(options, arguments.target, [&](Workspace &work, const SheetRef &sheet) {
+        requireDefined(work, sheet, arguments.block);
+        if (!arguments.force && firstBlock(sheet, arguments.block))
+            throw Problem(fmt::format("{}: has a block {} already: give --force to add another one",
+                                      placeOf(work, sheet), arguments.block));
         checkLibrary(TRV_FMT_add_block(sheet.tag, arguments.block.c_str()), placeOf(work, sheet));
     });
 }
@@ -209,7 +225,8 @@ void addBlockVerbs(Command command)
         ->expected(0, 2);
     move->add_flag("--home", arguments->home, "Put it where its definition wants it");
     move->add_option("--to", arguments->place, "One of the places that its definition names");
-    addVerb(command, family, "add", "Add a block at its default place", addBlock, arguments);
+    addVerb(command, family, "add", "Add a block at its default place", addBlock, arguments)
+        ->add_flag("--force", arguments->force, "Also when there is one of it already");
     addVerb(command, family, "delete", "Delete a block", deleteBlock, arguments);
     addVerb(command, family, "show", "Where a block stands and what it says", showBlock, arguments);
     addVerb(command, family, "locations", "Where a block may stand", listPlaces, arguments);

@@ -2,7 +2,7 @@
 
 #include "app/csv.h"
 #include "app/problem.h"
-#include "app/text_file.h"
+#include "app/read_text.h"
 
 #include <fmt/format.h>
 
@@ -16,22 +16,6 @@ namespace app {
 namespace {
 
 // --- JSON -------------------------------------------------------------------------------------
-
-Json parseJson(const std::string &path)
-{
-    std::string why;
-    const auto file = readTextFile(path, why);
-    if (!file) throw Problem(path + ": " + why);
-    try {
-        return Json::parse(*file);
-    } catch (const Json::parse_error &broken) {
-        // Behind the number of the mistake: "parse error at line 2, column 3: ...".
-        const std::string text = broken.what();
-        const std::size_t at = text.find("] ");
-        throw Problem(fmt::format("{}: is no JSON: {}", path,
-                                  at == std::string::npos ? text : text.substr(at + 2)));
-    }
-}
 
 std::optional<std::size_t> asIndex(const std::string &text)
 {
@@ -62,7 +46,7 @@ std::string described(const std::vector<std::string> &records)
 
 DataFile recordOfJson(const std::string &path, const std::string &record)
 {
-    const Json whole = parseJson(path);
+    const Json whole = readJson(path);
     if (record.empty()) {
         if (whole.is_object()) return {path, whole, false};
         throw Problem(path + (whole.is_array()

@@ -191,7 +191,8 @@ int update(const Options &options, const UpdateArguments &arguments)
         throw Problem(fmt::format("{}: nothing is saved, since values would be lost: {}. Their "
                                   "fields are gone from the definition: give --force to lose {}",
                                   target.path, joined(losses, "; "),
-                                  losses.size() == 1 ? "it" : "them"));
+                                  losses.size() == 1 ? "it" : "them"),
+                      kFindings);
     if (!options.dryRun && updated > 0) work.save();
     return kFine;
 }

@@ -1,6 +1,7 @@
 // qelfmt: drawing formats from the command line.
 #include "app/authoring/complaints.h"
 #include "app/examples.h"
+#include "app/library_output.h"
 #include "app/output.h"
 #include "app/problem.h"
 #include "app/unknown_verb.h"
@@ -11,7 +12,10 @@
 
 #include <fmt/format.h>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
+#include <iostream>
 
 namespace {
 
@@ -43,6 +47,19 @@ int run(const std::function<int()> &chosen)
     } catch (const std::exception &failure) {
         fmt::print(stderr, "qelfmt: {}\n", failure.what());
     }
+    return app::kInput;
+}
+
+// Results that never arrived are no success: a full disk may show only when the last of them is written.
+int delivered(int status)
+{
+    errno = 0;
+    std::cout.flush();
+    const bool lost = !std::cout || std::fflush(stdout) != 0 || std::fflush(app::results()) != 0 ||
+                      std::ferror(app::results()) != 0;
+    if (!lost) return status;
+    fmt::print(stderr, "qelfmt: standard output: cannot be written: {}\n",
+               std::strerror(errno ? errno : ENOSPC));
     return app::kInput;
 }
 
@@ -85,7 +102,7 @@ int main(int argc, char **argv)
             fmt::print(stderr, "qelfmt: {}\n", unknown);
             return app::kUsage;
         }
-        return parser.exit(error) == 0 ? app::kFine : app::kUsage;
+        return delivered(parser.exit(error) == 0 ? app::kFine : app::kUsage);
     }
-    return run(chosen);
+    return delivered(run(chosen));
 }

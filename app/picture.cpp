@@ -1,10 +1,12 @@
 #include "app/picture.h"
 
 #include "app/document_info.h"
+#include "app/file_name.h"
 #include "app/problem.h"
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <filesystem>
 
 namespace app {
@@ -48,11 +50,27 @@ std::vector<std::string> pictureNames(const std::vector<SheetRef> &sheets, const
     if (sheets.size() == 1 || endingOf(path) == ".pdf") return {path};
     const std::filesystem::path whole(path);
     std::vector<std::string> names;
-    for (const SheetRef &sheet : sheets)
-        names.push_back((whole.parent_path() /
-                         fmt::format("{}-{}{}", whole.stem().string(), sheet.name, endingOf(path)))
-                            .string());
+    for (const SheetRef &sheet : sheets) {
+        names.push_back(
+            (whole.parent_path() / fmt::format("{}-{}{}", whole.stem().string(),
+                                               safeFileName(sheet.name), endingOf(path)))
+                .string());
+        if (std::count(names.begin(), names.end(), names.back()) > 1)
+            throw Problem(fmt::format("{}: two sheets would be drawn to it: draw them one by one "
+                                      "with --sheet, or draw a PDF",
+                                      names.back()));
+    }
     return names;
+}
+
+std::vector<std::string> notesOf(const host::display::RenderResult &result)
+{
+    std::vector<std::string> notes;
+    for (const auto &one : result.substitutions)
+        notes.push_back(one.font.empty()
+                            ? fmt::format("no font on this machine has {}", one.characters)
+                            : fmt::format("{} drawn with {}", one.characters, one.font));
+    return notes;
 }
 
 } // namespace app

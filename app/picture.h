@@ -19,8 +19,11 @@ void requirePictureOrDrawing(const std::string &path);
 host::display::RenderResult drawSheets(const std::vector<SheetRef> &sheets, const std::string &path,
                                        const host::display::RenderOptions &options = {});
 
+// What is to be said of a picture: the fonts that were taken where the drafting font lacks characters.
+std::vector<std::string> notesOf(const host::display::RenderResult &result);
+
 // The files that the sheets are drawn to: of several in an SVG or PNG each has its own, told apart by the
-// sheet's name; a PDF has them all.
+// sheet's name; a PDF has them all. A Problem when two sheets would have one file.
 std::vector<std::string> pictureNames(const std::vector<SheetRef> &sheets, const std::string &path);
 
 } // namespace app

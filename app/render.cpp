@@ -27,10 +27,7 @@ struct RenderArguments {
 
 void noteSubstitutions(const Options &options, const host::display::RenderResult &result)
 {
-    for (const auto &one : result.substitutions)
-        printNote(options, one.font.empty()
-                               ? fmt::format("no font on this machine has {}", one.characters)
-                               : fmt::format("{} drawn with {}", one.characters, one.font));
+    for (const std::string &note : notesOf(result)) printNote(options, note);
 }
 
 int renderOne(const Options &options, const RenderArguments &arguments)

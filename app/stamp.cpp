@@ -12,10 +12,10 @@
 #include "app/workspace.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <memory>
+#include <random>
 
 namespace app {
 
@@ -32,7 +32,10 @@ struct StampArguments {
 // A picture needs a part only while it is drawn: this one is never saved.
 std::string transientPart()
 {
-    return (fs::temp_directory_path() / fmt::format("qelfmt-{}.qdraw", getpid())).string();
+    std::random_device random;
+    return (fs::temp_directory_path() /
+            fmt::format("qelfmt-{:08x}{:08x}.qdraw", random(), random()))
+        .string();
 }
 
 // The sheet to fill in, in a part that is opened or made for it.
@@ -73,9 +76,10 @@ int stampOne(const Options &options, const StampArguments &arguments)
         printMisfits(options, placeOf(work, sheet), report.misfits);
     }
     if (options.dryRun) return kFine;
-    if (!drawing)
-        drawSheets({sheet}, rows.output, rows.picture);
-    else if (work.path() == rows.output)
+    if (!drawing) {
+        for (const std::string &note : notesOf(drawSheets({sheet}, rows.output, rows.picture)))
+            printNote(options, note);
+    } else if (work.path() == rows.output)
         work.save();
     else
         work.saveAs(rows.output, rows.overwrite);

@@ -113,7 +113,8 @@ void requireFormat(tag_t sheet, const std::string &place)
         throw Problem(fmt::format("{}: format {} is not defined in the search directories any "
                                   "more: restore its definition, or change to another format with "
                                   "'qelfmt format replace'",
-                                  place, id));
+                                  place, id),
+                      kFindings);
 }
 
 } // namespace

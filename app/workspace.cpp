@@ -1,5 +1,6 @@
 #include "app/workspace.h"
 
+#include "app/definition_folders.h"
 #include "app/library_output.h"
 #include "app/output.h"
 #include "app/problem.h"
@@ -9,6 +10,7 @@
 #include "foundation/log.h"
 #include "lumug/nx_search_file_list.h"
 
+#include "nxhost/part_files.h"
 #include "nxhost/start.h"
 #include "uf.h"
 #include "uf_draw.h"
@@ -20,7 +22,6 @@
 #include <fmt/format.h>
 #include <spdlog/sinks/stdout_color_sinks.h>
 #include <spdlog/spdlog.h>
-#include <unistd.h>
 
 #include <cstdlib>
 
@@ -58,17 +59,26 @@ void showLog()
     });
 }
 
+// A folder among drawings is one that could not be searched.
+void requireNoFolder(const std::string &path)
+{
+    boost::system::error_code error;
+    if (!boost::filesystem::is_directory(path, error)) return;
+    const boost::filesystem::directory_iterator entries(path, error);
+    throw Problem(error
+                      ? fmt::format("{}: the folder cannot be searched: {}", path, error.message())
+                      : path + ": is a folder: name a drawing");
+}
+
 } // namespace
 
 Workspace::Workspace(const Options &options, bool loadDefinitions)
 {
     if (!options.definitions.empty()) {
+        requireDefinitionFolders(options);
         std::vector<boost::filesystem::path> folders;
-        for (const std::string &folder : options.definitions) {
-            if (!boost::filesystem::is_directory(folder))
-                throw Problem(folder + ": is no folder: --defs needs one with format_defs in it");
+        for (const std::string &folder : options.definitions)
             folders.emplace_back(boost::filesystem::absolute(folder));
-        }
         LumUg::NxSearchFileList::setSearchDirectories(folders);
     }
     divertLibraryOutput(options.quiet);
@@ -84,6 +94,7 @@ Workspace::~Workspace() { TRV_FMT_terminate(); }
 
 void Workspace::open(const std::string &path)
 {
+    requireNoFolder(path);
     UF_PART_load_status_t status{};
     const int code = UF_PART_open(path.c_str(), &m_part, &status);
     UF_PART_free_load_status(&status);
@@ -107,17 +118,14 @@ void Workspace::save()
 
 void Workspace::saveAs(const std::string &path, bool replace)
 {
-    namespace fs = boost::filesystem;
-    const bool exists = replace && fs::exists(path);
-    const std::string first = exists ? fmt::format("{}.{}.qdraw", path, getpid()) : path;
-    if (const int code = UF_PART_save_as(first.c_str())) throw Problem::ofPart(path, code);
-    if (exists) {
-        boost::system::error_code error;
-        fs::rename(first, path, error);
-        if (error) {
-            fs::remove(first);
-            throw Problem(fmt::format("{}: cannot be replaced: {}", path, error.message()));
+    if (replace && boost::filesystem::exists(path)) {
+        try {
+            nxhost::saveWorkPartOver(path);
+        } catch (const UgException &failure) {
+            throw Problem::ofPart(path, failure.askErrorCode());
         }
+    } else if (const int code = UF_PART_save_as(path.c_str())) {
+        throw Problem::ofPart(path, code);
     }
     m_path = path;
 }

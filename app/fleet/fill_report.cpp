@@ -208,6 +208,13 @@ std::string fillDrawing(Workspace &work, const std::vector<ReportRow> &rows,
 
 // --- all of them ----------------------------------------------------------------------------------
 
+bool liesBelow(const std::vector<std::string> &folders, const std::string &path)
+{
+    return std::any_of(folders.begin(), folders.end(), [&](const std::string &folder) {
+        return path.starts_with(folder) && (folder == "/" || path[folder.size()] == '/');
+    });
+}
+
 // The drawings of the report that are meant, in the order of their paths.
 std::vector<std::string> chosen(const Options &options, const FillReportArguments &arguments,
                                 const RowsOfFiles &rows)
@@ -217,13 +224,17 @@ std::vector<std::string> chosen(const Options &options, const FillReportArgument
     if (named) {
         PathArguments whole = arguments.paths;
         whole.shard.clear(); // shares are made of what is to be filled
-        for (const std::string &path : collect(whole)) wanted.insert(absolutePath(path));
+        for (const std::string &path : collect(whole)) wanted.insert(canonicalPath(path));
     }
+    std::vector<std::string> folders;
+    for (const std::string &path : arguments.paths.paths)
+        if (fs::is_directory(path)) folders.push_back(canonicalPath(path));
     std::vector<std::string> files;
     std::size_t others = 0;
     for (const auto &[file, its] : rows) {
         // What is gone is found in no folder, and yet has to be reported.
-        const bool meant = !named || wanted.count(absolutePath(file)) > 0 || !fs::exists(file);
+        const bool meant = !named || wanted.count(canonicalPath(file)) > 0 ||
+                           (!fs::exists(file) && liesBelow(folders, canonicalPath(file)));
         if (meant)
             files.push_back(file);
         else
@@ -232,8 +243,8 @@ std::vector<std::string> chosen(const Options &options, const FillReportArgument
     if (files.empty())
         throw Problem(arguments.data + ": has no row for the drawings that are named");
     if (others > 0)
-        printNote(options, fmt::format("{}: {} drawings are not named: their rows are left out",
-                                       arguments.data, others));
+        printNote(options, fmt::format("{}: rows of {} that are not named are left out",
+                                       arguments.data, counted(others, "drawing")));
     const Shard shard(arguments.paths.shard);
     std::vector<std::string> share;
     for (std::size_t i = 0; i < files.size(); ++i)
@@ -270,8 +281,9 @@ void print(const Options &options, Run &run)
         if (options.json) all.push_back(std::move(row));
     });
     if (options.json) return printJson(all);
-    printLine(fmt::format("{} values set in {} drawings, {} unchanged{}{}", values, filled,
-                          unchanged, failed > 0 ? fmt::format(", {} failed", failed) : "",
+    printLine(fmt::format("{} set in {}, {} unchanged{}{}", counted(values, "value"),
+                          counted(filled, "drawing"), unchanged,
+                          failed > 0 ? fmt::format(", {} failed", failed) : "",
                           options.dryRun ? " (nothing saved)" : ""));
 }
 

@@ -1,5 +1,6 @@
 #include "app/fleet/images.h"
 
+#include "app/fleet/journal.h"
 #include "app/problem.h"
 
 #include <fmt/format.h>
@@ -39,6 +40,23 @@ std::string unpacked(const std::string &bytes, std::int64_t length, const std::s
     return result;
 }
 
+// Whatever file is named, it stays as it is.
+void requireImages(const std::string &journal)
+{
+    Connection looked(journal, Connection::Access::read);
+    const auto refuse = [&](const char *what) {
+        throw Problem(fmt::format("{}: {}: name the journal that was given to 'qelfmt update'",
+                                  journal, what));
+    };
+    Statement id(looked, "PRAGMA application_id");
+    if (!id.step() || id.number(0) != Journal::kApplicationId) refuse("is no journal of qelfmt");
+    Statement run(looked, "SELECT command FROM run");
+    if (!run.step() || !run.text(0).starts_with("update "))
+        refuse("is not the journal of an update");
+    Statement table(looked, "SELECT 1 FROM sqlite_schema WHERE type='table' AND name='image'");
+    if (!table.step()) refuse("holds no drawings: its update has changed none");
+}
+
 } // namespace
 
 ContentSum sumOf(const std::string &bytes)
@@ -60,11 +78,19 @@ std::string absolutePath(const std::string &path)
     return std::filesystem::absolute(path).lexically_normal().string();
 }
 
-Images::Images(const std::string &journal) : m_connection(journal)
+std::unique_ptr<Images> Images::toKeep(const std::string &journal)
 {
-    m_connection.run("PRAGMA synchronous=FULL;"
-                     "CREATE TABLE IF NOT EXISTS image(path TEXT PRIMARY KEY, key TEXT, length INT,"
-                     " before BLOB, before_sum TEXT, after_sum TEXT)");
+    std::unique_ptr<Images> images(new Images(journal));
+    images->m_connection.run(
+        "CREATE TABLE IF NOT EXISTS image(path TEXT PRIMARY KEY, key TEXT, length INT,"
+        " before BLOB, before_sum TEXT, after_sum TEXT)");
+    return images;
+}
+
+std::unique_ptr<Images> Images::toPutBack(const std::string &journal)
+{
+    requireImages(journal);
+    return std::unique_ptr<Images>(new Images(journal));
 }
 
 void Images::keep(const std::string &path, const std::string &bytes)

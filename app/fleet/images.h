@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 
 namespace app::fleet {
@@ -24,7 +25,10 @@ struct Image {
 // One a process: workers keep images in the same journal, one after the other.
 class Images {
 public:
-    explicit Images(const std::string &journal);
+    // For the update whose journal it is: images can be kept in it from then on.
+    static std::unique_ptr<Images> toKeep(const std::string &journal);
+    // For whoever puts them back. A Problem, and nothing is changed, unless an update has kept images there.
+    static std::unique_ptr<Images> toPutBack(const std::string &journal);
 
     // What the drawing holds now, durable when this returns, before it is changed.
     void keep(const std::string &path, const std::string &bytes);
@@ -38,6 +42,11 @@ public:
     void putBack(const std::string &path);
 
 private:
+    explicit Images(const std::string &journal) : m_connection(journal, Connection::Access::change)
+    {
+        m_connection.run("PRAGMA synchronous=FULL");
+    }
+
     Connection m_connection;
 };
 

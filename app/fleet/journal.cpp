@@ -13,7 +13,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::int64_t kApplicationId = 0x716c6f67; // "qlog"
 constexpr auto kBatchTime = std::chrono::milliseconds(200);
 
 void removeWriteAheadLog(const std::string &path)
@@ -52,7 +51,7 @@ Journal::Journal(const std::string &path, const std::string &command, Start star
     m_connection.run("BEGIN;"
                      "CREATE TABLE IF NOT EXISTS run(command TEXT);"
                      "CREATE TABLE IF NOT EXISTS item(position INT, key TEXT PRIMARY KEY,"
-                     " state INT NOT NULL DEFAULT 0, result TEXT) WITHOUT ROWID;"
+                     " state INT NOT NULL DEFAULT 0, result TEXT, note TEXT) WITHOUT ROWID;"
                      "CREATE INDEX IF NOT EXISTS item_position ON item(position);"
                      "UPDATE item SET position=NULL;"
                      "DELETE FROM run;");
@@ -60,9 +59,10 @@ Journal::Journal(const std::string &path, const std::string &command, Start star
     Statement(m_connection, "INSERT INTO run VALUES(?)").bind(std::string_view(command)).run();
     list(keys);
     m_connection.run("COMMIT");
-    m_begin = std::make_unique<Statement>(m_connection, "UPDATE item SET state=1 WHERE position=?");
-    m_end = std::make_unique<Statement>(m_connection,
-                                        "UPDATE item SET state=?,result=? WHERE position=?");
+    m_begin = std::make_unique<Statement>(m_connection,
+                                          "UPDATE item SET state=1,note=? WHERE position=?");
+    m_end = std::make_unique<Statement>(
+        m_connection, "UPDATE item SET state=?,result=?,note=iif(?,NULL,note) WHERE position=?");
 }
 
 void Journal::takeOver(const std::string &command)
@@ -97,11 +97,11 @@ std::vector<std::size_t> Journal::remaining()
     return items;
 }
 
-bool Journal::wasBegun(std::size_t item)
+std::string Journal::noteOf(std::size_t item)
 {
-    Statement state(m_connection, "SELECT state FROM item WHERE position=?");
-    state.bind(static_cast<std::int64_t>(item));
-    return state.step() && state.number(0) != 0;
+    Statement note(m_connection, "SELECT note FROM item WHERE position=?");
+    note.bind(static_cast<std::int64_t>(item));
+    return note.step() ? note.text(0) : std::string();
 }
 
 Journal::~Journal()
@@ -124,18 +124,20 @@ void Journal::closeBatch()
     m_inBatch = false;
 }
 
-void Journal::begin(std::size_t item)
+void Journal::begin(std::size_t item, const std::string &note)
 {
-    if (m_keeping == Keeping::each) m_begin->bind(static_cast<std::int64_t>(item)).run();
+    if (m_keeping == Keeping::each)
+        m_begin->bind(std::string_view(note), static_cast<std::int64_t>(item)).run();
 }
 
-void Journal::end(std::size_t item, ItemState state, const std::string &text)
+void Journal::end(std::size_t item, ItemState state, const std::string &text, Ended ended)
 {
     openBatch();
     m_end
         ->bind(static_cast<std::int64_t>(state), std::string_view(text),
-               static_cast<std::int64_t>(item))
+               static_cast<std::int64_t>(ended == Ended::yes), static_cast<std::int64_t>(item))
         .run();
+    if (std::chrono::steady_clock::now() >= m_batchEnd) closeBatch();
 }
 
 void Journal::each(const std::function<void(const ItemRow &)> &take)

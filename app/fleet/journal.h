@@ -24,6 +24,8 @@ struct ItemRow {
 // Items are numbered from 0 in the order of the list.
 class Journal {
 public:
+    static constexpr std::int64_t kApplicationId = 0x716c6f67; // "qlog", in the head of the file
+
     enum class Start { fresh, resume };
     // What is done can be kept one by one, or a few at a time where doing an item twice does no harm.
     enum class Keeping { each, inBatches };
@@ -38,10 +40,13 @@ public:
     // Failed items are tried again.
     std::vector<std::size_t> remaining();
     std::size_t resumed() const { return m_resumed; } // done in an earlier run
-    bool wasBegun(std::size_t item);                  // in an earlier run, or in this one
+    // What was noted of an item that an earlier run, or this one, began and did not end; else empty.
+    std::string noteOf(std::size_t item);
 
-    void begin(std::size_t item); // nothing when kept in batches
-    void end(std::size_t item, ItemState state, const std::string &text);
+    void begin(std::size_t item, const std::string &note); // nothing when kept in batches
+    // Who was killed in the middle has not ended it: its note stays.
+    enum class Ended { yes, no };
+    void end(std::size_t item, ItemState state, const std::string &text, Ended ended = Ended::yes);
     void each(const std::function<void(const ItemRow &)> &take);
     const std::string &path() const { return m_connection.path(); }
 

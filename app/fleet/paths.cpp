@@ -1,15 +1,16 @@
 #include "app/fleet/paths.h"
 
 #include "app/problem.h"
+#include "app/read_text.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <iterator>
+#include <unordered_set>
 
 namespace app::fleet {
 
@@ -18,9 +19,8 @@ namespace {
 namespace fs = std::filesystem;
 
 // Lines, or texts that end in NUL when there is one, for names with line breaks in them.
-std::vector<std::string> readList(std::istream &stream)
+std::vector<std::string> readList(const std::string &text)
 {
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
     const char end = text.find('\0') == std::string::npos ? '\n' : '\0';
     std::vector<std::string> names;
     for (std::size_t from = 0; from < text.size();) {
@@ -35,25 +35,40 @@ std::vector<std::string> readList(std::istream &stream)
 
 std::vector<std::string> namesFrom(const std::string &path)
 {
-    if (path == "-") return readList(std::cin);
-    std::ifstream file(path, std::ios::binary);
-    if (!file)
-        throw Problem(path + ": cannot be read: --files-from needs a file with a path a line");
-    return readList(file);
+    if (path == "-") return readList({std::istreambuf_iterator<char>(std::cin), {}});
+    return readList(readText(path));
 }
 
-void addFolder(const std::string &folder, std::vector<Found> &found)
-{
-    try {
-        for (const auto &entry : fs::recursive_directory_iterator(folder))
-            if (entry.path().extension() == ".qdraw" && !entry.is_directory())
-                found.push_back({entry.path().lexically_normal().string(),
-                                 entry.path().lexically_relative(folder).string()});
-    } catch (const fs::filesystem_error &failure) {
-        throw Problem(fmt::format("{}: cannot be searched: {}", failure.path1().string(),
-                                  failure.code().message()));
+class Search {
+public:
+    Search(const std::string &root, std::vector<Found> &found) : m_root(root), m_found(found) {}
+
+    // Links to folders are not followed.
+    void search(const fs::path &folder)
+    {
+        std::error_code error;
+        fs::directory_iterator entry(folder, error);
+        for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+            std::error_code
+                unknown; // what is no folder and cannot be looked at is a drawing to open
+            if (entry->symlink_status(unknown).type() == fs::file_type::directory)
+                search(entry->path());
+            else if (entry->path().extension() == ".qdraw" && !entry->is_directory(unknown))
+                add(entry->path());
+        }
+        if (error) add(folder);
     }
-}
+
+private:
+    void add(const fs::path &path)
+    {
+        m_found.push_back(
+            {path.lexically_normal().string(), path.lexically_relative(m_root).string()});
+    }
+
+    const fs::path m_root;
+    std::vector<Found> &m_found;
+};
 
 std::size_t parseCount(std::string_view text)
 {
@@ -97,20 +112,29 @@ std::vector<Found> find(const PathArguments &arguments)
     std::vector<Found> found;
     for (const std::string &name : named) {
         const fs::path path(name);
-        if (fs::is_directory(path))
-            addFolder(name, found);
+        std::error_code unknown;
+        if (fs::is_directory(path, unknown))
+            Search(name, found).search(path);
         else
             found.push_back({path.lexically_normal().string(), path.filename().string()});
     }
     const auto byPath = [](const Found &a, const Found &b) { return a.path < b.path; };
-    const auto same = [](const Found &a, const Found &b) { return a.path == b.path; };
     std::stable_sort(found.begin(), found.end(), byPath);
-    found.erase(std::unique(found.begin(), found.end(), same), found.end());
+    std::unordered_set<std::string> seen;
+    std::erase_if(found,
+                  [&](const Found &one) { return !seen.insert(canonicalPath(one.path)).second; });
 
     std::vector<Found> chosen;
     for (std::size_t i = 0; i < found.size(); ++i)
         if (shard.holds(i)) chosen.push_back(std::move(found[i]));
     return chosen;
+}
+
+std::string canonicalPath(const std::string &path)
+{
+    std::error_code error;
+    const fs::path canonical = fs::weakly_canonical(fs::absolute(path), error);
+    return (error ? fs::absolute(path).lexically_normal() : canonical).string();
 }
 
 std::vector<std::string> collect(const PathArguments &arguments)

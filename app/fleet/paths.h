@@ -22,11 +22,15 @@ struct Found {
     std::string name; // below the folder that was searched; of a named file its own name
 };
 
-// Every drawing once, sorted by its path: *.qdraw in folders and below them, named files whatever they
-// are called. What is named and does not exist stays in the list, so that it is reported with the rest.
+// Every drawing once, by whatever path or link it is reached, sorted by its path: *.qdraw in folders and below them, named files whatever they
+// are called. What is named and does not exist stays in the list, and so does a folder that cannot be
+// searched: they are reported with the rest.
 // With a shard the list's own part of it.
 std::vector<Found> find(const PathArguments &arguments);
 std::vector<std::string> collect(const PathArguments &arguments); // the paths alone
+
+// The same for every path that leads to a file; of one that is gone, for every spelling of its folder.
+std::string canonicalPath(const std::string &path);
 
 // The K-th of N lists that have the same length but for one, of any list: together they are the list.
 class Shard {

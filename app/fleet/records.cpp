@@ -1,13 +1,14 @@
 #include "app/fleet/records.h"
 
 #include "app/csv.h"
+#include "app/file_name.h"
 #include "app/problem.h"
+#include "app/read_text.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 
 namespace app::fleet {
 
@@ -32,10 +33,7 @@ std::vector<Record> recordsOfCsv(const std::string &path)
 
 std::vector<Record> recordsOfJson(const std::string &path)
 {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) throw Problem(path + ": cannot be opened: check the path");
-    Json whole = Json::parse(file, nullptr, false);
-    if (whole.is_discarded()) throw Problem(path + ": is no JSON: check it with a JSON editor");
+    Json whole = readJson(path);
     std::vector<Record> records;
     std::size_t number = 0;
     if (whole.is_object() || whole.is_array())
@@ -53,16 +51,6 @@ std::vector<Record> recordsOfJson(const std::string &path)
     return records;
 }
 
-std::string safe(const std::string &text)
-{
-    std::string name;
-    for (const char c : text) {
-        const bool control = static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
-        name += control || c == '/' || c == '\\' ? '_' : c;
-    }
-    return name;
-}
-
 // A column by its whole name, or by that of its field alone.
 const Json *valueOf(const Json &values, const std::string &column)
 {
@@ -75,6 +63,13 @@ const Json *valueOf(const Json &values, const std::string &column)
     return nullptr;
 }
 
+// Nothing for what is no single text or number.
+std::string textOf(const Json *value)
+{
+    if (!value || value->is_null() || value->is_structured()) return {};
+    return value->is_string() ? value->get<std::string>() : value->dump();
+}
+
 } // namespace
 
 std::vector<Record> readRecords(const std::string &path)
@@ -85,7 +80,8 @@ std::vector<Record> readRecords(const std::string &path)
 
 bool NamePattern::isPattern(const std::string &path) { return path.find('{') != std::string::npos; }
 
-NamePattern::NamePattern(const std::string &path) : m_path(path)
+NamePattern::NamePattern(const std::string &path, std::string data)
+    : m_path(path), m_data(std::move(data))
 {
     for (std::size_t at = 0; at < path.size();) {
         const std::size_t open = path.find('{', at);
@@ -116,21 +112,18 @@ std::string NamePattern::nameOf(const Record &record, std::size_t index) const
             continue;
         }
         if (piece.text == "record") {
-            name += safe(record.name);
+            name += safeFileName(record.name);
             continue;
         }
         if (piece.text == "index") {
             name += std::to_string(index + 1);
             continue;
         }
-        const Json *value = valueOf(record.values, piece.text);
-        const std::string text = !value               ? ""
-                                 : value->is_string() ? value->get<std::string>()
-                                                      : value->dump();
+        const std::string text = textOf(valueOf(record.values, piece.text));
         if (text.empty() || text == "." || text == "..")
-            throw Problem(
-                fmt::format("record {}: {} needs a value of {}", record.name, m_path, piece.text));
-        name += safe(text);
+            throw Problem(fmt::format("{}, record {}: {} needs a value of {}, one text", m_data,
+                                      record.name, m_path, piece.text));
+        name += safeFileName(text);
     }
     return name;
 }

@@ -20,8 +20,8 @@ std::vector<Record> readRecords(const std::string &path);
 // as in "out/{number}_{rev}.pdf".
 class NamePattern {
 public:
-    // A Problem unless the braces pair; `path` is the pattern's text.
-    explicit NamePattern(const std::string &path);
+    // A Problem unless the braces pair; `path` is the pattern's text, `data` where the records come from.
+    NamePattern(const std::string &path, std::string data);
     static bool isPattern(const std::string &path);
 
     // Characters that no file name may have become "_". A Problem when the record lacks a value.
@@ -34,6 +34,7 @@ private:
         bool isColumn;
     };
     std::string m_path;
+    std::string m_data; // for messages
     std::vector<Piece> m_pieces;
 };
 

@@ -1,7 +1,10 @@
 #include "app/fleet/render_many.h"
 
+#include "app/fleet/claims.h"
 #include "app/fleet/drawing_handler.h"
+#include "app/fleet/notes_once.h"
 #include "app/fleet/output_file.h"
+#include "app/fleet/report_output.h"
 #include "app/output.h"
 #include "app/picture.h"
 #include "app/problem.h"
@@ -49,21 +52,44 @@ void requireSheets(const Workspace &work, const std::vector<SheetRef> &sheets)
         throw Problem(work.path() + ": has no sheet: add one with 'qelfmt sheet add'");
 }
 
-std::string drawAll(Workspace &work, const std::string &output,
+// Two drawings that have several sheets may come to one name all the same.
+void claim(const Claims &claims, const std::string &name, const std::string &drawing)
+{
+    const std::string holder = claims.take(name, drawing);
+    if (!holder.empty())
+        throw Problem(fmt::format("{}: would be drawn to {}, which is the picture of {}: rename a "
+                                  "drawing or a sheet, or draw them to folders of their own",
+                                  drawing, name, holder));
+}
+
+// {"names": the pictures, "notes": what is to be said of them}
+std::string drawAll(Workspace &work, const std::string &output, const Claims &claims,
                     const RenderManyArguments &arguments, bool dryRun)
 {
     const std::vector<SheetRef> sheets = work.sheets();
     requireSheets(work, sheets);
     const std::vector<std::string> names = pictureNames(sheets, output);
-    if (dryRun) return Json(names).dump();
+    for (const std::string &name : names) claim(claims, name, work.path());
+    Json result{{"names", names}, {"notes", Json::array()}};
+    if (dryRun) return result.dump();
     if (const fs::path folder = fs::path(output).parent_path(); !folder.empty())
         fs::create_directories(folder);
+    const auto draw = [&](const std::vector<SheetRef> &drawn, const std::string &name) {
+        for (std::string &note : notesOf(drawSheets(drawn, name, arguments.options)))
+            result["notes"].push_back(std::move(note));
+    };
     if (names.size() == 1)
-        drawSheets(sheets, output, arguments.options);
+        draw(sheets, output);
     else
-        for (std::size_t i = 0; i < names.size(); ++i)
-            drawSheets({sheets[i]}, names[i], arguments.options);
-    return Json(names).dump();
+        for (std::size_t i = 0; i < names.size(); ++i) draw({sheets[i]}, names[i]);
+    return compact(result);
+}
+
+template <class Take> void eachDone(Run &run, const Take &take)
+{
+    run.each([&](const ItemRow &item) {
+        if (item.state == ItemState::done) take(item.key, Json::parse(item.text));
+    });
 }
 
 int merge(const Options &options, const RenderManyArguments &arguments,
@@ -113,27 +139,33 @@ int renderMany(const Options &options, const RenderManyArguments &arguments)
     if (arguments.merge) return merge(options, arguments, found);
     const auto outputs = outputsOf(found, arguments);
     Run run(options, arguments.run,
-            fmt::format("render {} {} -o {} {} {} {} {}", joined(arguments.paths.paths, " "),
+            fmt::format("render {} {} -o {} {} {} {} {} {}", joined(arguments.paths.paths, " "),
                         arguments.paths.filesFrom + arguments.paths.shard, arguments.output,
                         arguments.ending, arguments.options.monochrome ? "--monochrome" : "",
-                        arguments.options.pngDpi, arguments.options.creationDate.value_or("")),
+                        arguments.options.pngDpi, arguments.options.creationDate.value_or(""),
+                        options.dryRun ? "--dry-run" : ""),
             pathsOf(found));
-    const RunEnd end = run.execute(
-        onDrawings(options, run.keys(), false, [&options, &arguments, &outputs](Workspace &work) {
-            return drawAll(work, outputs.at(work.path()), arguments, options.dryRun);
-        }));
+    const Claims claims;
+    eachDone(run, [&](const std::string &drawing, const Json &result) { // by earlier runs
+        for (const Json &name : result["names"]) claim(claims, name, drawing);
+    });
+    const RunEnd end = run.execute(onDrawings(options, run.keys(), false, [&](Workspace &work) {
+        return drawAll(work, outputs.at(work.path()), claims, arguments, options.dryRun);
+    }));
     Json written = Json::array();
     std::size_t count = 0;
-    run.each([&](const ItemRow &item) {
-        if (item.state != ItemState::done) return;
+    NotesOnce notes(options);
+    eachDone(run, [&](const std::string &, const Json &result) {
         ++count;
+        notes.print(result["notes"]);
         if (options.json)
-            for (const Json &name : Json::parse(item.text)) written.push_back(name);
+            for (const Json &name : result["names"]) written.push_back(name);
     });
     if (options.json)
         printJson(written);
     else
-        printNote(options, fmt::format("{} of {} drawings drawn", count, found.size()));
+        printNote(options, fmt::format("{} of {} drawn{}", count, counted(found.size(), "drawing"),
+                                       options.dryRun ? " (nothing saved)" : ""));
     return end.status();
 }
 

@@ -8,14 +8,15 @@
 #include "app/library_output.h"
 #include "app/output.h"
 #include "app/problem.h"
+#include "app/read_text.h"
 #include "app/verbs.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <fstream>
 #include <map>
 #include <memory>
+#include <set>
 
 namespace app {
 
@@ -59,16 +60,32 @@ void write(const Options &options, const ReportArguments &arguments, const RowSo
     file.finish();
 }
 
+// Rows in the order of their files.
+void requireOnce(const std::vector<Json> &rows)
+{
+    std::set<std::string> seen;
+    for (const Json &row : rows) {
+        const std::string file = fixedCell(row, "file"), sheet = fixedCell(row, "sheet");
+        if (!seen.insert(file + '\n' + sheet).second)
+            throw Problem(fmt::format("{}{}{}: is in two of the reports: merge those of separate "
+                                      "lists of drawings",
+                                      file, sheet.empty() ? "" : ", sheet ", sheet));
+    }
+}
+
 // The rows of the JSON reports of several runs, by file and sheet.
 int merge(const Options &options, const ReportArguments &arguments)
 {
     std::vector<Json> all;
+    std::set<std::string> merged;
     for (const std::string &path : arguments.paths.paths) {
-        std::ifstream file(path, std::ios::binary);
-        const Json rows = Json::parse(file, nullptr, false);
-        const bool sound = rows.is_array() && std::all_of(rows.begin(), rows.end(), [](auto &row) {
-                               return row.is_object() && row.contains("file");
-                           });
+        if (!merged.insert(canonicalPath(path)).second)
+            throw Problem(path + ": is named twice: its rows would be there twice");
+        const Json rows = readJson(path);
+        const bool sound =
+            rows.is_array() && std::all_of(rows.begin(), rows.end(), [](auto &row) {
+                return row.is_object() && row.contains("file") && row["file"].is_string();
+            });
         if (!sound)
             throw Problem(path + ": is no JSON report: --merge takes what 'qelfmt report --json' "
                                  "wrote");
@@ -77,6 +94,7 @@ int merge(const Options &options, const ReportArguments &arguments)
     std::stable_sort(all.begin(), all.end(), [](const Json &a, const Json &b) {
         return fixedCell(a, "file") < fixedCell(b, "file");
     });
+    requireOnce(all);
     write(options, arguments, [&](const auto &take) {
         for (const Json &row : all) take(row);
     });
@@ -103,6 +121,19 @@ std::function<Handler()> reader(const Options &options, const std::vector<std::s
     };
 }
 
+// A value has a dot in its column's name, and a pattern may stand for anything.
+void requireColumns(const std::vector<std::string> &columns)
+{
+    const auto &fixed = fixedColumns();
+    for (const std::string &column : columns)
+        if (column.find_first_of(".*?[") == std::string::npos &&
+            std::find(fixed.begin(), fixed.end(), column) == fixed.end())
+            throw Problem(fmt::format("--columns {}: there is no such column: there are {}, and "
+                                      "values as BLOCK.FIELD",
+                                      column, joined(fixed, ", ")),
+                          kUsage);
+}
+
 Json failedRow(const ItemRow &item)
 {
     return {{"file", item.key}, {"state", "failed"}, {"error", item.text}};
@@ -111,6 +142,7 @@ Json failedRow(const ItemRow &item)
 int report(const Options &options, const ReportArguments &arguments)
 {
     formOf(options, arguments); // before hours of work
+    requireColumns(arguments.columns);
     if (arguments.merge) return merge(options, arguments);
     const Columns columns(arguments.columns);
     Run run(options, arguments.run,

@@ -66,20 +66,54 @@ void writeJsonReport(const RowSource &rows, std::FILE *to)
     put(to, "\n]\n");
 }
 
-// "d1" or, of a drawing with several sheets, "d1/SHEET2".
+// A record each, by a name that no other has: "d1" or, of a drawing with several sheets, "d1/SHEET2". Drawings
+// of one name are told apart by their paths.
+class RecordNames {
+public:
+    explicit RecordNames(const RowSource &rows)
+    {
+        rows([&](const Json &row) {
+            if (!row.contains("values")) return;
+            const std::string file = row["file"];
+            if (++m_sheets[file] == 1) ++m_drawings[stemOf(file)];
+        });
+    }
+
+    std::string nameOf(const Json &row)
+    {
+        const std::string file = row["file"], sheet = row["sheet"], stem = stemOf(file);
+        const std::string below = m_sheets[file] > 1 ? "/" + sheet : "";
+        std::string name = (m_drawings[stem] > 1 ? pathOf(file) : stem) + below;
+        if (m_taken.count(name))
+            name = file + "/" + sheet; // of "a" a sheet "b", and a drawing "a/b"
+        for (int i = 2; m_taken.count(name); ++i) name = fmt::format("{}/{} ({})", file, sheet, i);
+        m_taken.insert(name);
+        return name;
+    }
+
+private:
+    static std::string stemOf(const std::string &file)
+    {
+        return std::filesystem::path(file).stem().string();
+    }
+    static std::string pathOf(const std::string &file)
+    {
+        return std::filesystem::path(file).replace_extension().string();
+    }
+
+    std::map<std::string, int> m_sheets;   // by file
+    std::map<std::string, int> m_drawings; // by the name without folder and ending
+    std::set<std::string> m_taken;
+};
+
 void writeRecords(const RowSource &rows, std::FILE *to)
 {
-    std::map<std::string, int> sheets;
-    rows([&](const Json &row) {
-        if (row.contains("values")) ++sheets[row["file"]];
-    });
+    RecordNames names(rows);
     bool first = true;
     put(to, "{");
     rows([&](const Json &row) {
         if (!row.contains("values")) return;
-        const std::string file = row["file"];
-        std::string name = std::filesystem::path(file).stem().string();
-        if (sheets[file] > 1) name += "/" + row["sheet"].get<std::string>();
+        const std::string name = names.nameOf(row);
         std::map<std::string, int> uses; // a field that two blocks have keeps its block
         const auto alone = [](const std::string &full) { return full.substr(full.find('.') + 1); };
         for (const auto &[full, value] : row["values"].items()) ++uses[alone(full)];

@@ -1,8 +1,10 @@
 #include "app/fleet/report_rows.h"
 
 #include "app/csv.h"
+#include "app/fleet/paths.h"
 #include "app/fleet/report_output.h"
 #include "app/problem.h"
+#include "app/read_text.h"
 
 #include <fmt/format.h>
 
@@ -36,7 +38,7 @@ public:
     void add(const std::string &file, ReportRow row)
     {
         if (file.empty()) return complain(row.place, "names no file");
-        std::vector<ReportRow> &rows = m_rows[normal(file)];
+        std::vector<ReportRow> &rows = m_rows[spelling(file)];
         const auto same = [&](const ReportRow &other) { return other.sheet == row.sheet; };
         if (std::any_of(rows.begin(), rows.end(), same))
             return complain(row.place, fmt::format("sheet {} of {} stands there twice: remove one",
@@ -55,12 +57,16 @@ public:
     const std::string &path() const { return m_path; }
 
 private:
-    static std::string normal(const std::string &file)
+    // One drawing has one, whatever path leads to it: the first.
+    const std::string &spelling(const std::string &file)
     {
-        return std::filesystem::path(file).lexically_normal().string();
+        return m_spellings
+            .emplace(canonicalPath(file), std::filesystem::path(file).lexically_normal().string())
+            .first->second;
     }
 
     std::string m_path;
+    std::map<std::string, std::string> m_spellings;
     RowsOfFiles m_rows;
     std::vector<std::string> m_problems;
 };
@@ -107,17 +113,6 @@ void readCsvReport(Rows &rows)
 }
 
 // --- JSON -----------------------------------------------------------------------------------------
-
-Json parsed(const std::string &path)
-{
-    std::ifstream file(path, std::ios::binary);
-    if (!file) throw Problem(path + ": cannot be opened: check the path");
-    try {
-        return Json::parse(file);
-    } catch (const Json::parse_error &broken) {
-        throw Problem(fmt::format("{}: is no JSON: {}", path, broken.what()));
-    }
-}
 
 bool isValue(const Json &value)
 {
@@ -166,7 +161,7 @@ void readMember(Rows &rows, ReportRow &row, const std::string &key, const Json &
 void readJsonReport(Rows &rows)
 {
     std::size_t number = 0;
-    for (const Json &object : parsed(rows.path())) {
+    for (const Json &object : readJson(rows.path())) {
         ReportRow row;
         row.place = fmt::format("{}, row {}", rows.path(), ++number);
         if (!object.is_object()) {

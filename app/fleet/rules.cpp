@@ -2,6 +2,7 @@
 
 #include "app/authoring/yaml_reader.h"
 #include "app/output.h"
+#include "app/read_text.h"
 
 #include <fmt/format.h>
 #include <fnmatch.h>
@@ -130,9 +131,7 @@ public:
         m_rules.path = m_file.path;
         for (const auto &[state, severity] : m_rules.states) m_names.insert(nameOf(state));
         try {
-            readFile(YAML::LoadFile(m_file.path));
-        } catch (const YAML::BadFile &) {
-            m_file.complain("cannot be opened: check the path");
+            readFile(YAML::Load(readText(m_file.path)));
         } catch (const YAML::ParserException &broken) {
             m_file.complain(broken);
         }

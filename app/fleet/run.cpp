@@ -1,5 +1,6 @@
 #include "app/fleet/run.h"
 
+#include "app/definition_folders.h"
 #include "app/fleet/progress.h"
 #include "app/output.h"
 #include "app/problem.h"
@@ -79,6 +80,7 @@ Run::Run(const Options &options, const RunArguments &arguments, const std::strin
          std::vector<std::string> keys, Journal::Keeping keeping)
     : m_options(options), m_arguments(arguments), m_keys(std::move(keys))
 {
+    requireDefinitionFolders(options);
     if (!m_keys.empty()) openJournal(command, keeping);
 }
 
@@ -101,8 +103,26 @@ void Run::openJournal(const std::string &command, Journal::Keeping keeping)
             throw Problem(m_path + ": another run is at work with it: wait for its end");
         m_path.clear(); // the same command twice at a time: this one cannot be resumed
     }
-    m_journal = std::make_unique<Journal>(
-        m_path, command, resume ? Journal::Start::resume : Journal::Start::fresh, keeping, m_keys);
+    makeJournal(command, keeping);
+}
+
+// A journal that nobody asked for is not worth the command: where none can be written there is none.
+void Run::makeJournal(const std::string &command, Journal::Keeping keeping)
+{
+    const auto make = [&](Journal::Start start) {
+        m_journal = std::make_unique<Journal>(m_path, command, start, keeping, m_keys);
+    };
+    if (m_arguments.resume) return make(Journal::Start::resume);
+    try {
+        return make(Journal::Start::fresh);
+    } catch (const Problem &problem) {
+        if (!m_arguments.journal.empty()) throw;
+        printNote(m_options, fmt::format("{}: if this run is interrupted it cannot be resumed; "
+                                         "--journal names another file",
+                                         problem.what()));
+    }
+    m_path.clear();
+    make(Journal::Start::fresh);
 }
 
 Run::~Run()
@@ -113,12 +133,13 @@ Run::~Run()
 
 std::string Run::journalPath() const { return m_arguments.journal.empty() ? "" : m_path; }
 
-bool Run::wasBegun(std::size_t item)
+std::string Run::noteOf(std::size_t item)
 {
-    return m_arguments.resume && m_journal && m_journal->wasBegun(item);
+    return m_arguments.resume && m_journal ? m_journal->noteOf(item) : std::string();
 }
 
-RunEnd Run::execute(std::function<Handler()> startWorker)
+RunEnd Run::execute(std::function<Handler()> startWorker,
+                    const std::function<std::string(std::size_t)> &note)
 {
     RunEnd end;
     if (!m_journal) return end;
@@ -132,10 +153,13 @@ RunEnd Run::execute(std::function<Handler()> startWorker)
         const InterruptGuard guard;
         WorkerPool pool(workersFor(m_arguments), std::move(startWorker), kItemsPerWorker);
         pool.run(
-            items, [&](std::size_t item) { m_journal->begin(item); },
+            items,
+            [&](std::size_t item) { m_journal->begin(item, note ? note(item) : std::string()); },
             [&](std::size_t item, const Reply &reply) {
                 const bool good = reply.kind == Reply::Kind::done;
-                m_journal->end(item, good ? ItemState::done : ItemState::failed, reply.text);
+                const bool died = reply.kind == Reply::Kind::died;
+                m_journal->end(item, good ? ItemState::done : ItemState::failed, reply.text,
+                               died ? Journal::Ended::no : Journal::Ended::yes);
                 done += good;
                 if (!good) {
                     ++end.failed;

@@ -45,16 +45,20 @@ public:
 
     const std::vector<std::string> &keys() const { return m_keys; }
     std::string journalPath() const; // empty: there is none
-    bool wasBegun(std::size_t item); // by an earlier run that was interrupted
+    // What an earlier run, which was killed while it was at the item, had noted of it; else empty.
+    std::string noteOf(std::size_t item);
 
     // Does what is left to do and says on the standard error what failed. An interrupt (Ctrl-C) ends it
     // after the items in work.
-    RunEnd execute(std::function<Handler()> startWorker);
+    // `note` is asked before an item is given to a worker, and its answer kept until the item is ended.
+    RunEnd execute(std::function<Handler()> startWorker,
+                   const std::function<std::string(std::size_t)> &note = {});
     // In the order of the keys, also those of the runs before that this one resumed.
     void each(const std::function<void(const ItemRow &)> &take);
 
 private:
     void openJournal(const std::string &command, Journal::Keeping keeping);
+    void makeJournal(const std::string &command, Journal::Keeping keeping);
 
     const Options &m_options;
     RunArguments m_arguments;

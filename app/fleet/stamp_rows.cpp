@@ -1,6 +1,10 @@
 #include "app/fleet/stamp_rows.h"
 
+#include "app/definition_folders.h"
 #include "app/fill.h"
+#include "app/fleet/images.h"
+#include "app/fleet/notes_once.h"
+#include "app/fleet/private_folder.h"
 #include "app/fleet/records.h"
 #include "app/formats.h"
 #include "app/output.h"
@@ -9,7 +13,6 @@
 #include "app/workspace.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <map>
@@ -21,22 +24,43 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The drawing that every record starts from, closed again after each.
+// The drawing that every record starts from, made once for all workers: the format is placed and kept, so
+// that a record costs no more than its values.
 class Template {
 public:
     Template(const Options &options, const StampRowsArguments &arguments)
-        : m_work(options, arguments.templatePath.empty()), m_path(arguments.templatePath),
-          m_sheet(arguments.sheet)
+        : m_path(arguments.templatePath), m_sheet(arguments.sheet)
     {
-        if (m_path.empty()) make(arguments);
+        if (m_path.empty()) make(options, arguments);
     }
-    ~Template()
+
+    const std::string &path() const { return m_path; }
+    const std::string &sheet() const { return m_sheet; }
+
+private:
+    void make(const Options &options, const StampRowsArguments &arguments)
     {
-        std::error_code ignored;
-        if (!m_own.empty()) fs::remove(m_own, ignored);
+        const FormatName format = parseFormatName(arguments.format);
+        m_folder = std::make_unique<PrivateFolder>();
+        m_path = (m_folder->path() / "template.qdraw").string();
+        Workspace work(options);
+        work.create(m_path, unitsOf(format));
+        if (m_sheet.empty()) m_sheet = "SHEET1";
+        placeFormat(work, work.addSheet(m_sheet), format);
+        work.save();
+        work.close();
     }
-    Template(const Template &) = delete;
-    Template &operator=(const Template &) = delete;
+
+    std::unique_ptr<PrivateFolder> m_folder;
+    std::string m_path;
+    std::string m_sheet;
+};
+
+// Opens the template for a record and closes it again.
+class Stamper {
+public:
+    Stamper(const Options &options, const Template &start) : m_work(options, false), m_start(start)
+    {}
 
     template <class Body> std::string with(const Body &body)
     {
@@ -44,30 +68,14 @@ public:
             Workspace &work;
             ~Closed() { work.close(); }
         };
-        m_work.open(m_path);
+        m_work.open(m_start.path());
         const Closed closed{m_work};
-        return body(m_work, m_work.openSheet(m_sheet));
+        return body(m_work, m_work.openSheet(m_start.sheet()));
     }
 
 private:
-    // The format is placed once and kept, so that a record costs no more than its values.
-    void make(const StampRowsArguments &arguments)
-    {
-        const FormatName format = parseFormatName(arguments.format);
-        m_own = (fs::temp_directory_path() / fmt::format("qelfmt-{}.qdraw", getpid())).string();
-        fs::remove(m_own);
-        m_work.create(m_own, unitsOf(format));
-        if (m_sheet.empty()) m_sheet = "SHEET1";
-        placeFormat(m_work, m_work.addSheet(m_sheet), format);
-        m_work.save();
-        m_work.close();
-        m_path = m_own;
-    }
-
     Workspace m_work;
-    std::string m_path;
-    std::string m_own; // removed in the end
-    std::string m_sheet;
+    const Template &m_start;
 };
 
 void makeFolder(const std::string &path)
@@ -105,11 +113,9 @@ std::vector<std::string> outputsOf(const NamePattern &pattern, const std::vector
 
 // Columns that only name the file are no fields of the sheet.
 void dropNames(std::vector<Record> &records, const NamePattern &pattern, const Options &options,
-               const StampRowsArguments &arguments)
+               const Template &start)
 {
-    if (records.empty()) return;
-    Template start(options, arguments);
-    start.with([&](Workspace &work, const SheetRef &sheet) {
+    Stamper(options, start).with([&](Workspace &work, const SheetRef &sheet) {
         const Json first = records.front().values; // which loses columns below
         for (const auto &[key, value] : first.items()) {
             if (!pattern.uses(key)) continue;
@@ -127,7 +133,7 @@ std::string stampOne(Workspace &work, const SheetRef &sheet, const Record &recor
                      const StampRowsArguments &arguments, const std::string &output, bool dryRun)
 {
     const std::string place = arguments.data + ", record " + record.name;
-    Json result = Json::array();
+    Json result = Json::array(); // notes
     try {
         work.speakOf(output);
         for (const MisfitReport &one : fillIn(work, sheet, {place, record.values, true}).misfits)
@@ -142,10 +148,27 @@ std::string stampOne(Workspace &work, const SheetRef &sheet, const Record &recor
         if (fs::path(output).extension() == ".qdraw") {
             work.saveAs(output, true); // only what may be overwritten is still there
         } else {
-            drawSheets({sheet}, output, arguments.picture);
+            for (std::string &note : notesOf(drawSheets({sheet}, output, arguments.picture)))
+                result.push_back(std::move(note));
         }
     }
     return result.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+// Noted of an item: what stands under its name is the command's own.
+constexpr const char *kNew = "new";
+
+// All that the outputs depend on.
+std::string commandOf(const Options &options, const StampRowsArguments &arguments)
+{
+    return fmt::format("stamp {}{} {} --data {} {} -o {} --defs {} {} {} {}", arguments.format,
+                       arguments.templatePath.empty()
+                           ? std::string()
+                           : arguments.templatePath + " " + sumOf(readFile(arguments.templatePath)),
+                       arguments.sheet, arguments.data, sumOf(readFile(arguments.data)),
+                       arguments.output, joined(options.definitions, ":"),
+                       arguments.picture.creationDate.value_or(""),
+                       arguments.overwrite ? "--overwrite" : "", options.dryRun ? "--dry-run" : "");
 }
 
 } // namespace
@@ -154,46 +177,53 @@ int stampRows(const Options &options, const StampRowsArguments &arguments)
 {
     if (arguments.format.empty() == arguments.templatePath.empty())
         throw Problem("stamp: give either a format, as in ISO/A3, or --template PART", kUsage);
-    const NamePattern pattern(arguments.output);
+    const NamePattern pattern(arguments.output, arguments.data);
     std::vector<Record> records = readRecords(arguments.data);
     const std::vector<std::string> outputs = outputsOf(pattern, records, arguments.data);
     requirePictureOrDrawing(arguments.output);
-    dropNames(records, pattern, options, arguments);
+    requireDefinitionFolders(options);
+    std::unique_ptr<Template> start;
+    if (!records.empty()) {
+        start = std::make_unique<Template>(options, arguments);
+        dropNames(records, pattern, options, *start);
+    }
 
-    Run run(options, arguments.run,
-            fmt::format("stamp {}{} {} --data {} -o {} --defs {} {}", arguments.format,
-                        arguments.templatePath, arguments.sheet, arguments.data, arguments.output,
-                        joined(options.definitions, ":"),
-                        arguments.picture.creationDate.value_or("")),
-            outputs);
+    Run run(options, arguments.run, commandOf(options, arguments), outputs);
     const bool drawings = fs::path(arguments.output).extension() == ".qdraw";
     std::vector<bool> mayStand(outputs.size(), !drawings || arguments.overwrite);
-    for (std::size_t i = 0; i < outputs.size(); ++i) // half done by the run that was interrupted
-        if (drawings && run.wasBegun(i)) mayStand[i] = true;
+    for (std::size_t i = 0; i < outputs.size(); ++i) // made by the run that was killed
+        if (run.noteOf(i) == kNew) mayStand[i] = true;
 
-    const RunEnd end = run.execute([&]() -> Handler {
-        const auto start = std::make_shared<Template>(options, arguments);
-        return [&, start](std::size_t item) {
-            requireFree(outputs[item], mayStand[item]);
-            return start->with([&](Workspace &work, const SheetRef &sheet) {
-                return stampOne(work, sheet, records[item], arguments, outputs[item],
-                                options.dryRun);
-            });
-        };
-    });
+    const RunEnd end = run.execute(
+        [&]() -> Handler {
+            const auto stamper = std::make_shared<Stamper>(options, *start);
+            return [&, stamper](std::size_t item) {
+                requireFree(outputs[item], mayStand[item]);
+                return stamper->with([&](Workspace &work, const SheetRef &sheet) {
+                    return stampOne(work, sheet, records[item], arguments, outputs[item],
+                                    options.dryRun);
+                });
+            };
+        },
+        [&](std::size_t item) {
+            const bool made = run.noteOf(item) == kNew || !fs::exists(outputs[item]);
+            return std::string(made && !options.dryRun ? kNew : "");
+        });
     Json written = Json::array();
     std::size_t count = 0;
+    NotesOnce notes(options);
     run.each([&](const ItemRow &item) {
         if (item.state != ItemState::done) return;
         ++count;
         if (options.json) written.push_back(item.key);
-        for (const Json &misfit : Json::parse(item.text)) printNote(options, misfit);
+        notes.print(Json::parse(item.text));
     });
     if (options.json)
         printJson(written);
     else
-        printNote(options, fmt::format("{} of {} records stamped{}", count, records.size(),
-                                       options.dryRun ? " (nothing saved)" : ""));
+        printNote(options,
+                  fmt::format("{} of {} stamped{}", count, counted(records.size(), "record"),
+                              options.dryRun ? " (nothing saved)" : ""));
     return end.status();
 }
 

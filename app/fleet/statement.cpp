@@ -12,10 +12,12 @@ constexpr int kPatienceMilliseconds = 30'000; // workers write one after the oth
 
 } // namespace
 
-Connection::Connection(const std::string &path) : m_path(path)
+Connection::Connection(const std::string &path, Access access) : m_path(path)
 {
-    const int code = sqlite3_open_v2(path.c_str(), &m_database,
-                                     SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    const int flags = access == Access::read     ? SQLITE_OPEN_READONLY
+                      : access == Access::change ? SQLITE_OPEN_READWRITE
+                                                 : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    const int code = sqlite3_open_v2(path.c_str(), &m_database, flags, nullptr);
     if (code != SQLITE_OK) {
         const std::string reason = sqlite3_errmsg(m_database);
         sqlite3_close(m_database);

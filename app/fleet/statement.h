@@ -11,7 +11,9 @@ namespace app::fleet {
 
 class Connection {
 public:
-    explicit Connection(const std::string &path); // empty: a private file that nobody sees
+    enum class Access { create, change, read }; // the first two write, the last two need the file
+    // An empty path: a private file that nobody sees.
+    explicit Connection(const std::string &path, Access access = Access::create);
     ~Connection();
     Connection(const Connection &) = delete;
     Connection &operator=(const Connection &) = delete;

@@ -94,13 +94,16 @@ private:
         return first;
     }
 
+    // A child that cannot be found leaves the row to whoever opens the drawing.
     template <class Take>
-    void children(const StoredRecord &parent, std::string_view className, const Take &take) const
+    void children(const StoredRecord &parent, std::string_view className, const Take &take)
     {
         for (const nxhost::StoredLink &link : parent.links) {
-            if (link.type != LumUg::kChildLink) continue;
+            if (link.type != LumUg::kChildLink || link.target == 0) continue;
             const auto found = m_records.find(link.target);
-            if (found != m_records.end() && found->second->className == className)
+            if (found == m_records.end())
+                m_unclear = true;
+            else if (found->second->className == className)
                 take(*found->second);
         }
     }

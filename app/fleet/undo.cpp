@@ -20,11 +20,13 @@ using namespace fleet;
 // Nobody saves into the drawing while it is put back; a save that died half way is rolled back first.
 class WriteLock {
 public:
-    explicit WriteLock(const std::string &path) : m_connection(path)
+    explicit WriteLock(const std::string &path) : m_connection(path, Connection::Access::change)
     {
         sqlite3_busy_timeout(m_connection.handle(), 2000);
-        if (sqlite3_exec(m_connection.handle(), "BEGIN IMMEDIATE", nullptr, nullptr, nullptr) !=
-            SQLITE_OK)
+        const int code =
+            sqlite3_exec(m_connection.handle(), "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
+        // What is no drawing any more needs none: nobody can save into it.
+        if (code != SQLITE_OK && code != SQLITE_NOTADB && code != SQLITE_CORRUPT)
             throw Problem(fmt::format(
                 "{}: is not put back: {}: see that nobody is saving it and that it may be written",
                 path, sqlite3_errmsg(m_connection.handle())));
@@ -53,9 +55,7 @@ UndoResult undoOne(const Image &image, bool dryRun)
     if (!dryRun) {
         OutputFile file(image.path);
         std::fwrite(image.before.data(), 1, image.before.size(), file.stream());
-        const auto permissions = std::filesystem::status(image.path).permissions();
         file.finish();
-        std::filesystem::permissions(image.path, permissions);
     }
     return {image.path, "restored", ""};
 }
@@ -77,11 +77,11 @@ int undo(const Options &options, const std::string &journal)
     JournalLock lock;
     if (!lock.take(journal, std::chrono::seconds(0)))
         throw Problem(journal + ": a run is at work with it: wait for its end");
-    Images images(journal);
+    const auto images = Images::toPutBack(journal);
     Json all = Json::array();
     std::vector<std::string> restored;
     int status = kFine;
-    images.each([&](const Image &image) {
+    images->each([&](const Image &image) {
         const UndoResult one = attempt(image, options.dryRun);
         if (one.result == "restored") restored.push_back(one.file);
         if (one.result == "left" && status == kFine) status = kFindings;
@@ -93,7 +93,7 @@ int undo(const Options &options, const std::string &journal)
                                   one.reason.empty() ? "" : ": ", one.reason));
     });
     if (!options.dryRun)
-        for (const std::string &path : restored) images.putBack(path);
+        for (const std::string &path : restored) images->putBack(path);
     if (options.json) printJson(all);
     return status;
 }

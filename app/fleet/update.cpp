@@ -35,6 +35,9 @@ struct UpdateArguments {
 // What happens to a drawing: the worst of its sheets counts.
 enum class Result { current, updated, skipped };
 
+// Skipped for good: nobody has to do anything about it.
+constexpr const char *kNoFormat = "has no sheet with a format";
+
 constexpr const char *kResults[] = {"current", "updated", "skipped"};
 
 struct FileUpdate {
@@ -101,7 +104,7 @@ FileUpdate updateOpened(Workspace &work, bool force)
     }
     if (!any) {
         update.result = Result::skipped;
-        update.reason = "has no sheet with a format";
+        update.reason = kNoFormat;
     }
     if (current != NULL_TAG) UgException::throwOnFailure(UF_DRAW_open_drawing(current));
     return update;
@@ -140,7 +143,8 @@ std::function<Handler()> updater(const Options &options, const Run &run,
 {
     const std::string journal = options.dryRun ? "" : run.journalPath();
     return [&options, &run, arguments, journal]() -> Handler {
-        const auto images = journal.empty() ? nullptr : std::make_shared<Images>(journal);
+        const auto images =
+            journal.empty() ? nullptr : std::shared_ptr<Images>(Images::toKeep(journal));
         const bool dryRun = options.dryRun;
         return onDrawings(options, run.keys(), true, [=](Workspace &work) {
             return updateFile(work, arguments, dryRun, images.get());
@@ -148,8 +152,10 @@ std::function<Handler()> updater(const Options &options, const Run &run,
     };
 }
 
-void print(const Options &options, Run &run)
+// Result: whether drawings wait for somebody, who gives --force or their definitions.
+bool print(const Options &options, Run &run)
 {
+    bool waiting = false;
     std::map<std::string, int> counts;
     Json all = Json::array();
     run.each([&](const ItemRow &item) {
@@ -162,6 +168,7 @@ void print(const Options &options, Run &run)
             return;
         const std::string result = row["result"];
         ++counts[result];
+        waiting = waiting || (result == "skipped" && row["reason"] != kNoFormat);
         if (options.json)
             all.push_back(std::move(row));
         else if (result != "current")
@@ -169,11 +176,15 @@ void print(const Options &options, Run &run)
                 fmt::format("{}: {}{}", item.key, result,
                             row.contains("reason") ? ": " + row["reason"].get<std::string>() : ""));
     });
-    if (options.json) return printJson(all);
+    if (options.json) {
+        printJson(all);
+        return waiting;
+    }
     std::vector<std::string> summary;
     for (const char *result : {"updated", "current", "skipped", "failed"})
         if (counts[result] > 0) summary.push_back(fmt::format("{} {}", counts[result], result));
     printLine(fmt::format("{}{}", joined(summary, ", "), options.dryRun ? " (nothing saved)" : ""));
+    return waiting;
 }
 
 int update(const Options &options, const UpdateArguments &arguments)
@@ -189,8 +200,8 @@ int update(const Options &options, const UpdateArguments &arguments)
         if (!options.json) return kFine;
     }
     const RunEnd end = run.execute(updater(options, run, arguments));
-    print(options, run);
-    return end.status();
+    const bool waiting = print(options, run);
+    return end.status() == kFine && waiting ? kFindings : end.status();
 }
 
 } // namespace

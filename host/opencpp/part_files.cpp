@@ -4,6 +4,9 @@
 
 #include "model/session.h"
 #include "store/salvage.h"
+#include "uf_part.h"
+
+#include <filesystem>
 
 using host::Session;
 using host::store::Finding;
@@ -57,7 +60,21 @@ PartCheck checkPartFile(const std::string &path, const PartRules &rules)
     return reporting("nxhost::checkPartFile", [&] {
         const host::store::Examination examined =
             host::store::examine(path, {rules.belowOthers, rules.onSheets});
-        return PartCheck{examined.refusal, examined.objects, handOut(examined.findings)};
+        return PartCheck{examined.refusal, examined.objects, !examined.image.empty(),
+                         handOut(examined.findings)};
+    });
+}
+
+void saveWorkPartOver(const std::string &path)
+{
+    reporting("nxhost::saveWorkPartOver", [&] {
+        host::Part &part = Session::get().workPart();
+        const std::string file = std::filesystem::absolute(path).lexically_normal().string();
+        const host::Part *loaded = Session::get().partByName(file);
+        if (loaded && loaded != &part)
+            throw host::store::StoreError{UF_PART_err_file_exists,
+                                          file + ": this part is open: close it first."};
+        host::store::saveOver(part, file);
     });
 }
 

@@ -135,15 +135,6 @@ void syncFolder(const std::string &folder)
     if (!synced) throw FileError{"sync folder", number};
 }
 
-// Where a chain of links ends; the path itself when it is none.
-std::string followed(const std::string &path)
-{
-    std::error_code error;
-    if (!std::filesystem::is_symlink(path, error)) return path;
-    const auto target = std::filesystem::weakly_canonical(path, error);
-    return error ? path : target.string();
-}
-
 } // namespace
 
 std::string describe(const FileError &error)
@@ -154,6 +145,14 @@ std::string describe(const FileError &error)
 void setHook(Hook hook) { g_hook = hook; }
 
 int before(const char *step, const std::string &path) { return g_hook ? g_hook(step, path) : 0; }
+
+std::string followed(const std::string &path)
+{
+    std::error_code error;
+    if (!std::filesystem::is_symlink(path, error)) return path;
+    const auto target = std::filesystem::weakly_canonical(path, error);
+    return error ? path : target.string();
+}
 
 void putDurably(const std::string &path, std::string_view content, Existing existing)
 {

@@ -21,6 +21,9 @@ inline constexpr int kTorn = -1;
 void setHook(Hook hook);
 int before(const char *step, const std::string &path);
 
+// Where a chain of links ends; the path itself when it is none.
+std::string followed(const std::string &path);
+
 // The file has the new content or the old one, whatever happens on the way. A new file is written and
 // synced without a name, gets its name, then the folder is synced. Throws FileError; what was there is
 // still there then, unless only the last step failed. A link is followed.

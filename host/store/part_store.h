@@ -34,6 +34,10 @@ LoadedPart loadImage(std::string_view bytes, const std::string &name);
 // folder. The same content gives the same bytes. Throws StoreError; a failure leaves the old file.
 void writeImage(const Part &part, const std::string &path);
 
+// Saves the part under this name in the place of what is there, as an image like writeImage(); from then
+// on the name is its own. A file that somebody is saving into is refused. Throws StoreError.
+void saveOver(Part &part, const std::string &path);
+
 // Saves the part under this name. Its own file gets what changed since it was loaded or saved, in one
 // transaction; under a new name it is written as an image, and that name is its own from then on.
 // Throws StoreError: the file is then as it was and the part can be saved again. Refused are a

@@ -11,6 +11,7 @@
 
 #include <cstring>
 #include <fstream>
+#include <variant>
 
 namespace host::store {
 
@@ -67,17 +68,62 @@ void take(const ObjectRow &row, StoredRecords &found)
         found.records.push_back(recordOf(row, std::get<Udo>(body), references));
 }
 
-// One statement each: what it reads is of one moment.
-template <class Row, class Take>
-void readRows(const std::string &path, std::string_view sql, const Take &takeRow)
-{
-    Database database(path, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX);
-    Statement rows(database, sql);
-    while (rows.next()) {
-        Row row;
-        read(rows, row);
-        takeRow(row);
+// One transaction: what it reads is of one moment.
+class Reading {
+public:
+    explicit Reading(const std::string &path)
+        : m_database(path, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX)
+    {
+        m_database.run("BEGIN");
     }
+
+    // What the part's own row says of the tables.
+    PartRow partRow()
+    {
+        Statement select(m_database, PartRow::kSelect);
+        PartRow row;
+        if (!select.next()) throw Malformed{"the part's own row is missing"};
+        read(select, row);
+        row.layers = {}; // its bytes are the statement's
+        return row;
+    }
+    template <class Row, class Take> Tally rows(std::string_view sql, const Take &takeRow)
+    {
+        Statement select(m_database, sql);
+        Tally tally;
+        Row row;
+        while (select.next()) {
+            tally.add(read(select, row));
+            takeRow(row);
+        }
+        return tally;
+    }
+    void addChecksums(std::string_view sql, Tally &tally)
+    {
+        Statement select(m_database, sql);
+        while (select.next()) tally.add(select.integer());
+    }
+
+private:
+    Database m_database;
+};
+
+// A row that was lost, or that is of another state of the part, shows in the sums.
+void require(const Tally &found, const Tally &stored)
+{
+    if (found != stored) throw Malformed{"rows are missing or of another state of the part"};
+}
+
+// Kinds that carry no values, as SQL. What has an unknown kind is read with the rest, and found damaged.
+std::string kindsWithoutValues()
+{
+    std::string list;
+    for (std::size_t i = 0; i < std::variant_size_v<Body>; ++i) {
+        const std::string kind(storedKind(i));
+        if (kind != "udo" && kind != "note" && kind != "sheet")
+            list += (list.empty() ? "('" : ",'") + kind + '\'';
+    }
+    return list + ')';
 }
 
 template <class Result, class Body>
@@ -100,11 +146,14 @@ std::optional<Result> attempt(const std::string &path, const Body &body)
 std::optional<StoredRecords> recordsOf(const std::string &path)
 {
     return attempt<StoredRecords>(path, [&](StoredRecords &found) {
-        readRows<ObjectRow>(path, "SELECT * FROM object WHERE kind IN('udo','note','sheet')",
-                            [&](const ObjectRow &row) {
-                                if (row.status == static_cast<std::int64_t>(Status::alive))
-                                    take(row, found);
-                            });
+        static const std::string others = kindsWithoutValues();
+        Reading reading(path);
+        Tally tally = reading.rows<ObjectRow>(
+            "SELECT * FROM object WHERE kind NOT IN" + others, [&](const ObjectRow &row) {
+                if (row.status == static_cast<std::int64_t>(Status::alive)) take(row, found);
+            });
+        reading.addChecksums("SELECT checksum FROM object WHERE kind IN" + others, tally);
+        require(tally, reading.partRow().objects);
     });
 }
 
@@ -113,10 +162,13 @@ using Attributes = std::vector<nxhost::StoredAttribute>;
 std::optional<Attributes> attributesOf(const std::string &path)
 {
     return attempt<Attributes>(path, [&](Attributes &found) {
-        readRows<AttributeRow>(path, AttributeRow::kSelect, [&](const AttributeRow &row) {
-            found.push_back({static_cast<nxhost::RowNumber>(row.object), std::string(row.title),
-                             std::string(row.value)});
-        });
+        Reading reading(path);
+        const Tally tally =
+            reading.rows<AttributeRow>(AttributeRow::kSelect, [&](const AttributeRow &row) {
+                found.push_back({static_cast<nxhost::RowNumber>(row.object), std::string(row.title),
+                                 std::string(row.value)});
+            });
+        require(tally, reading.partRow().attributes);
     });
 }
 

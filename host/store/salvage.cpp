@@ -215,7 +215,7 @@ Salvage salvage(const std::string &path, const std::string &newPath)
     Examination examined = examine(path);
     if (examined.image.empty()) throw damaged(path, "nothing of a part can be read out of it");
     try {
-        clearJournal(newPath);
+        const auto held = lockedForReplacement(newPath);
         files::putDurably(newPath, settled(examined.image, newPath), files::Existing::keep);
     } catch (const files::FileError &error) {
         if (error.number == EEXIST) throw taken;

@@ -18,7 +18,7 @@ namespace {
 void put(const Image &image, const std::string &path, files::Existing existing)
 {
     try {
-        clearJournal(path);
+        const auto held = lockedForReplacement(path);
         files::putDurably(path, image.bytes, existing);
     } catch (const files::FileError &error) {
         if (error.number == EEXIST)
@@ -47,6 +47,16 @@ SaveResult saveChanges(Part &part, const std::string &path)
 }
 
 } // namespace
+
+void saveOver(Part &part, const std::string &path)
+{
+    Image image = imageOf(part);
+    put(image, path, files::Existing::replace);
+    part.stored = {path, image.root, std::move(image.masters), {}, {}};
+    part.path = path;
+    part.everSaved = true;
+    part.modified = false;
+}
 
 void writeImage(const Part &part, const std::string &path)
 {

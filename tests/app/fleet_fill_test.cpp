@@ -66,7 +66,7 @@ TEST_F(FleetFill, AChangedCellChangesThatValueAndNothingElse)
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_EQ(outcome.out, "d/one.qdraw, sheet SHEET1, TITLE.title: \"Shaft\" -> \"Shaft, "
                            "\\\"long\\\",\\ngehärtet\"\n"
-                           "1 values set in 1 drawings, 1 unchanged\n");
+                           "1 value set in 1 drawing, 1 unchanged\n");
     auto after = rows();
     EXPECT_EQ(after[0]["values"]["TITLE.title"], nlohmann::json({"Shaft, \"long\",", "gehärtet"}));
     after[0]["values"]["TITLE.title"] = "Shaft";
@@ -284,10 +284,10 @@ TEST_F(FleetFill, PathsNarrowTheReport)
     write("r.csv", text);
     const Outcome one = fill("d/one.qdraw");
     EXPECT_EQ(one.out, "d/one.qdraw, sheet SHEET1, TITLE.language: \"en\" -> \"de\"\n"
-                       "1 values set in 1 drawings, 0 unchanged\n");
-    EXPECT_EQ(one.err, "r.csv: 1 drawings are not named: their rows are left out\n");
+                       "1 value set in 1 drawing, 0 unchanged\n");
+    EXPECT_EQ(one.err, "r.csv: rows of 1 drawing that are not named are left out\n");
     EXPECT_TRUE(holds(fill(". --shard 1/2").out, "0 values set in 0 drawings, 1 unchanged"));
-    EXPECT_TRUE(holds(fill("--shard 2/2").out, "2 values set in 1 drawings, 0 unchanged"));
+    EXPECT_TRUE(holds(fill("--shard 2/2").out, "2 values set in 1 drawing, 0 unchanged"));
     stamp("other/three.qdraw");
     expectRefused("r.csv: has no row for the drawings that are named", "other");
 }
@@ -320,7 +320,7 @@ TEST_F(FleetFill, ARunOfManyCanBeResumed)
     const Outcome resumed = fill("--journal j --resume");
     EXPECT_EQ(resumed.status, 0) << resumed.err;
     EXPECT_TRUE(holds(resumed.err, "1 of 2 were done before")) << resumed.err;
-    EXPECT_TRUE(holds(resumed.out, "1 values set in 1 drawings, 1 unchanged")) << resumed.out;
+    EXPECT_TRUE(holds(resumed.out, "1 value set in 1 drawing, 1 unchanged")) << resumed.out;
     replace("r.csv", "Wheel", "Gear");
     const Outcome other = fill("--journal j --resume");
     EXPECT_EQ(other.status, 3);

@@ -70,7 +70,7 @@ TEST_F(FleetPaths, WhatDoesNotExistIsReportedWithTheRest)
 
     const Outcome list = qelfmt("report --files-from no-such-list");
     EXPECT_EQ(list.status, 3);
-    EXPECT_TRUE(holds(list.err, "no-such-list: cannot be read")) << list.err;
+    EXPECT_TRUE(holds(list.err, "no-such-list: cannot be opened: check the path")) << list.err;
 }
 
 TEST_F(FleetPaths, WithoutPathsACommandSaysWhatToGive)

@@ -107,10 +107,14 @@ TEST_F(FleetReport, ReportsOfShardsMergeToTheReportOfAll)
 TEST_F(FleetReport, MergingTakesNothingElse)
 {
     write("list.json", "[1]");
-    for (const char *name : {"list.json", "gone.json", "d/one.qdraw"}) {
-        const Outcome merged = report(std::string("--merge ") + name);
+    for (const auto &[name, what] :
+         std::map<std::string, std::string>{{"list.json", "is no JSON report"},
+                                            {"gone.json", "cannot be opened: check the path"},
+                                            {"d", "is a folder: name a file in it"},
+                                            {"d/one.qdraw", "is no JSON: "}}) {
+        const Outcome merged = report("--merge " + name);
         EXPECT_EQ(merged.status, 3);
-        EXPECT_TRUE(holds(merged.err, std::string(name) + ": is no JSON report")) << merged.err;
+        EXPECT_TRUE(holds(merged.err, name + ": " + what)) << merged.err;
     }
 }
 

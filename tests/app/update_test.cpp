@@ -83,7 +83,7 @@ TEST_F(Updates, ASheetWithoutItsDefinitionIsAnOrphanAndIsLeftAlone)
     EXPECT_NE(checked.out.find("orphan"), std::string::npos) << checked.out;
     const std::string before = read("a.qdraw");
     const Outcome update = qelfmt("format update a.qdraw --defs empty");
-    EXPECT_EQ(update.status, 3);
+    EXPECT_EQ(update.status, 1);
     EXPECT_NE(update.err.find("format ISO is not defined"), std::string::npos) << update.err;
     EXPECT_EQ(read("a.qdraw"), before);
 }

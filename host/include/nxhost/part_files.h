@@ -1,4 +1,4 @@
-// Part files looked at and rescued. No part is opened by it, and no file that is there is changed.
+// Part files looked at, rescued and replaced. Looking opens no part and changes no file.
 #pragma once
 
 #include "../uf_defs.h"
@@ -23,8 +23,9 @@ struct PartRules {
 };
 
 struct PartCheck {
-    std::string refusal;     // why the part cannot be opened; empty: it can
-    std::size_t objects = 0; // that can be read
+    std::string refusal;      // why the part cannot be opened; empty: it can
+    std::size_t objects = 0;  // that can be read
+    bool salvageable = false; // enough is left for a new part
     std::vector<PartFinding> findings;
 };
 
@@ -32,6 +33,11 @@ struct PartCheck {
 // no such file, it is no part, it is being saved; for a salvage also when nothing of a part is left or
 // there is a file of the new name.
 DllExport PartCheck checkPartFile(const std::string &path, const PartRules &rules = {});
+
+// Saves the work part as `path` in the place of the file that is there: a save of that file which was cut off
+// is undone first, one that is under way refuses it, and what a link leads to is replaced, not the link. The
+// part has that name from then on. Raises UgException as above; the file is then as it was.
+DllExport void saveWorkPartOver(const std::string &path);
 
 // Writes what can be read as a new part. Result: its objects, and everything that was lost or changed.
 struct PartSalvage {
