@@ -44,12 +44,34 @@ TEST_F(FleetReport, JsonHasAnObjectASheetWithEveryValueAndRow)
 
 TEST_F(FleetReport, CsvHasAColumnAFieldAndLeavesEmptyWhatASheetLacks)
 {
-    const std::string csv = report("d --as csv --columns number,format,'*.number'").out;
+    const std::string csv = report("d --as csv --columns format,'*.number'").out;
     EXPECT_EQ(csv, "file,sheet,format,TITLE.number,TITLE_COMPACT.number\r\n"
                    "d/one.qdraw,SHEET1,ISO,0007,\r\n"
                    "d/two.qdraw,SHEET1,ISO,0008,\r\n"
                    "d/two.qdraw,B,ISO-COMPACT,,0008\r\n" // the number is shared by the part
                    "d/two.qdraw,EMPTY,,,\r\n");
+}
+
+TEST_F(FleetReport, AColumnThatCannotBeIsRefused)
+{
+    const Outcome misspelt = report("d --columns file,sate");
+    EXPECT_EQ(misspelt.status, 2);
+    EXPECT_TRUE(holds(misspelt.err, "--columns sate: there is no such column: there are file, "
+                                    "sheet, format, size, label, state, blocks, rows, and values "
+                                    "as BLOCK.FIELD"))
+        << misspelt.err;
+}
+
+TEST_F(FleetReport, NoRowIsMergedTwice)
+{
+    ASSERT_EQ(report("d --as json -o p.json").status, 0);
+    ASSERT_EQ(report("d/one.qdraw --as json -o q.json").status, 0);
+    const Outcome same = report("--merge p.json ./p.json");
+    EXPECT_EQ(same.status, 3);
+    EXPECT_TRUE(holds(same.err, "./p.json: is named twice")) << same.err;
+    const Outcome both = report("--merge p.json q.json");
+    EXPECT_EQ(both.status, 3);
+    EXPECT_TRUE(holds(both.err, "d/one.qdraw, sheet SHEET1: is in two of the reports")) << both.err;
 }
 
 TEST_F(FleetReport, CommasQuotesAndLineBreaksAreQuotedInCsv)

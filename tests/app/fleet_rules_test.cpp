@@ -118,8 +118,7 @@ TEST_F(FleetRules, WhatIsNoListOfRulesIsSaid)
     EXPECT_EQ(complaints("rules: [\n").size(), 1u);
     const Outcome gone = qelfmt("check a.qdraw --rules none.yaml");
     EXPECT_EQ(gone.status, 3);
-    EXPECT_EQ(gone.err, "qelfmt: none.yaml: cannot be opened: No such file or directory: name a "
-                        "YAML file with rules\n");
+    EXPECT_EQ(gone.err, "qelfmt: none.yaml: cannot be opened: check the path\n");
 }
 
 // A drawing on which every rule of the example finds something, or all is well.
