@@ -1,13 +1,11 @@
 #include "app/csv.h"
 
 #include "app/problem.h"
+#include "app/text_file.h"
 
 #include <fmt/format.h>
 
 #include <cstdint>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace app {
 
@@ -142,12 +140,10 @@ std::vector<CsvRow> parseCsv(std::string_view text, const std::string &name)
 
 std::vector<CsvRow> readCsv(const std::string &path)
 {
-    if (std::filesystem::is_directory(path))
-        throw Problem(path + ": is a folder: name a CSV file in it");
-    std::ifstream file(path, std::ios::binary);
-    if (!file) throw Problem(path + ": cannot be opened: check the path");
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
-    return parseCsv(text, path);
+    std::string why;
+    const auto text = readTextFile(path, why);
+    if (!text) throw Problem(path + ": " + why);
+    return parseCsv(*text, path);
 }
 
 // A line of one empty cell would be read as no line at all, so it is quoted.

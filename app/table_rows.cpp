@@ -120,16 +120,6 @@ Lines TableRows::value(int row, const std::string &field) const
     return value.lines();
 }
 
-void TableRows::requireEditable(int row, const std::string &field) const
-{
-    char editable = 0;
-    checkLibrary(QEL_FMT_get_table_field_editable(m_sheet.tag, m_name.block.c_str(),
-                                                  m_name.table.c_str(), row, field.c_str(),
-                                                  &editable),
-                 placeOf(row, field));
-    if (editable == 0) throw Problem(placeOf(row, field) + ": is locked: give --force to set it");
-}
-
 std::optional<Misfit> TableRows::set(int row, const std::string &field, const Lines &lines,
                                      bool force) const
 {
@@ -137,12 +127,14 @@ std::optional<Misfit> TableRows::set(int row, const std::string &field, const Li
         if (line.find('\r') != std::string::npos)
             throw Problem(placeOf(row, field) +
                           ": a carriage return in the value: take it out, or write a line break");
-    if (!force) requireEditable(row, field);
+    // Looked up once, for what is asked before and after.
+    const auto entry = m_table->entry(static_cast<std::size_t>(row));
+    const auto record = entry ? entry->field(field) : nullptr;
+    if (!force && record && record->GetIsEditable() == 0)
+        throw Problem(placeOf(row, field) + ": is locked: give --force to set it");
     checkLibrary(TRV_FMT_set_table_value(m_sheet.tag, m_name.block.c_str(), m_name.table.c_str(),
                                          row, field.c_str(), ReadList(lines)),
                  placeOf(row, field));
-    const auto entry = m_table->entry(static_cast<std::size_t>(row));
-    const auto record = entry ? entry->field(field) : nullptr;
     return record ? misfitOf(*record, CellHeight::grows) : std::nullopt;
 }
 

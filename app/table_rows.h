@@ -50,7 +50,6 @@ public:
 
 private:
     std::string placeOf(int row, const std::string &field) const;
-    void requireEditable(int row, const std::string &field) const;
 
     const Workspace &m_work;
     SheetRef m_sheet;

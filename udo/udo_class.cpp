@@ -6,6 +6,7 @@
 
 #include <map>
 #include <memory>
+#include <unordered_map>
 
 namespace LumUg {
 
@@ -73,9 +74,21 @@ void UDOClass::setOwnedObjSelection(const std::string &class_name,
     UgException::throwOnFailure(UF_UDOBJ_set_owned_object_selection(registered->m_class_id, mode));
 }
 
+// The class of an id is the same as long as the process lives, so the platform is asked for its name
+// once. One that is not registered yet may be later.
+const UDOClass *UDOClass::ofId(unsigned class_id)
+{
+    static std::unordered_map<unsigned, const UDOClass *> known;
+    const auto found = known.find(class_id);
+    if (found != known.end()) return found->second;
+    const UDOClass *registered = GetClass(classNameOf(class_id));
+    if (registered) known.emplace(class_id, registered);
+    return registered;
+}
+
 UDO *UDOClass::CreateInstance(const UgUDO *udo)
 {
-    const UDOClass *registered = GetClass(classNameOf(udo->askClassId()));
+    const UDOClass *registered = ofId(udo->askClassId());
     if (!registered) return nullptr;
     UDO *wrapper = registered->m_factory();
     wrapper->SetUdoObject(const_cast<UgUDO *>(udo));

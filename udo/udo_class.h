@@ -35,6 +35,7 @@ private:
     friend class UDO;
     // The caller owns the result; null for a class that is not registered here.
     static UDO *CreateInstance(const UgUDO *udo);
+    static const UDOClass *ofId(unsigned class_id); // null like above
 
     Factory m_factory;
     unsigned m_class_id;

@@ -1,6 +1,8 @@
 // What the verbs on rows and symbols refuse, and what they say when they delete or pass over something.
 #include "table_verbs.h"
 
+#include <sqlite3.h>
+
 namespace {
 
 class TableRefusals : public TableVerbs {
@@ -34,7 +36,7 @@ protected:
                         "        symbol: {type: circle, lines: [rev]}\n"
                         "        columns:\n"
                         "          zone: {width: 15, zone: yes}\n"
-                        "          rev: {width: 10}\n"
+                        "          rev: {width: 10, share: part REV_, share-rows: numbered}\n"
                         "          change: {width: 40, several-lines: yes}\n"
                         "  C:\n"
                         "    size: [100, 60]\n"
@@ -66,6 +68,26 @@ protected:
     Outcome onB(const std::string &verb, const std::string &rest = "") const
     {
         return qelfmt("--defs site " + verb + " a.qdraw B.REV " + rest);
+    }
+    // As other programs find them in the drawing: "TITLE=VALUE " each.
+    std::string partAttributes(const std::string &prefix) const
+    {
+        sqlite3 *database = nullptr;
+        sqlite3_stmt *statement = nullptr;
+        std::string all;
+        const std::string query =
+            "SELECT title, value FROM attribute WHERE object = 0 AND title LIKE '" + prefix +
+            "%' ORDER BY title";
+        if (sqlite3_open_v2((folder / "a.qdraw").c_str(), &database, SQLITE_OPEN_READONLY,
+                            nullptr) == SQLITE_OK &&
+            sqlite3_prepare_v2(database, query.c_str(), -1, &statement, nullptr) == SQLITE_OK)
+            while (sqlite3_step(statement) == SQLITE_ROW)
+                for (const int column : {0, 1})
+                    all += reinterpret_cast<const char *>(sqlite3_column_text(statement, column)) +
+                           std::string(column == 0 ? "=" : " ");
+        sqlite3_finalize(statement);
+        sqlite3_close(database);
+        return all;
     }
     // Status, part of the message, and that the drawing is as it was.
     void refused(const std::string &line, int status, const std::string &message) const
@@ -119,13 +141,42 @@ TEST_F(TableRefusals, ACarriageReturnIsNoText)
             "B.REV, row 1, change: a carriage return in the value");
 }
 
+TEST_F(TableRefusals, ALockedFieldOfARowIsSetOnlyByForce)
+{
+    ASSERT_EQ(onB("table add", "rev=A zone=typed").status, 0);
+    ASSERT_EQ(onB("symbol place", "0 100 240").status, 0);
+    for (const char *field : {"rev", "zone"}) {
+        const Outcome locked = shell(std::string(QELFMT_LOCK_ROW) + " a.qdraw B REV 0 " + field);
+        ASSERT_EQ(locked.status, 0) << locked.err;
+    }
+    refused("table set a.qdraw B.REV 0 rev B", 3,
+            "B.REV, row 0, rev: is locked: give --force to set it");
+    refused("symbol zones a.qdraw B.REV --fill", 3,
+            "B.REV, row 0, zone: is locked: give --force to set it");
+    ASSERT_EQ(onB("table set", "0 rev B --force").status, 0);
+    ASSERT_EQ(onB("symbol zones", "--fill --force").status, 0);
+    EXPECT_EQ(onB("table get", "0 rev").out, "B\n");
+    EXPECT_EQ(onB("table get", "0 zone").out, "B2\n");
+}
+
+TEST_F(TableRefusals, SharedAttributesOfMovedRowsAreWrittenAnewWhenThatIsSaid)
+{
+    for (const char *rev : {"rev=A", "rev=B", "rev=C"}) ASSERT_EQ(onB("table add", rev).status, 0);
+    ASSERT_EQ(onB("table move", "2 0").status, 0);
+    EXPECT_EQ(partAttributes("REV_"), "REV_0=A REV_1=B REV_2=C "); // the rows are C, A, B
+    ASSERT_EQ(onB("table move", "0 1 --share").status, 0);
+    EXPECT_EQ(partAttributes("REV_"), "REV_0=A REV_1=C REV_2=B ");
+    ASSERT_EQ(onB("table delete", "0 --share").status, 0);
+    EXPECT_EQ(partAttributes("REV_"), "REV_0=C REV_1=B REV_2=B "); // the third stays: it is shared
+}
+
 // --- CSV ----------------------------------------------------------------------------------------
 
 TEST_F(TableRefusals, ACsvFileThatCannotBeReadIsNamed)
 {
     refused("table import a.qdraw B.REV none.csv", 3, "none.csv: cannot be opened: check the path");
     refused("table import a.qdraw B.REV " + folder.string(), 3,
-            folder.string() + ": is a folder: name a CSV file in it");
+            folder.string() + ": is a folder: name a file in it");
     write("zero.csv", std::string("rev\nA\nB\0C\n", 10));
     refused("table import a.qdraw B.REV zero.csv", 3, "zero.csv, line 3: a zero byte");
     write("twice.csv", "rev,change,rev\nA,x,B\n");

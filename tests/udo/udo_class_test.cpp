@@ -63,6 +63,20 @@ TEST(UdoClass, ASecondRegistrationOfANameBorrowsTheId)
     EXPECT_EQ(second.GetClassId(), first->GetClassId());
 }
 
+// A wrapper is made for every step from object to object.
+TEST(UdoClass, TheNameOfAnIdIsAskedOnceAProcess)
+{
+    Story story;
+    story.newPart();
+    Probe probe;
+    probe.SetInt(0, 1);
+    ASSERT_TRUE(LumUg::UDO::Create(probe.tag()));
+    nxhost::clearCallCounts();
+    for (int i = 0; i < 3; ++i)
+        EXPECT_NE(dynamic_cast<Probe *>(LumUg::UDO::Create(probe.tag()).get()), nullptr);
+    EXPECT_EQ(nxhost::callCount("UF_UDOBJ_ask_class_data"), 0u);
+}
+
 TEST(UdoClass, AFailureStopsTheRestAndLeavesTheNameOut)
 {
     struct Row {
