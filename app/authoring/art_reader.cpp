@@ -151,17 +151,22 @@ int readPen(Mapping &mapping, const std::string &key, int fallback)
     return fallback;
 }
 
-void readArt(YamlFile &file, const YAML::Node &node, const std::string &what, int units, Art &art)
+std::vector<ArtItem> readArt(YamlFile &file, const YAML::Node &node, const std::string &what,
+                             int units, Art &art)
 {
-    if (!node.IsDefined()) return;
+    std::vector<ArtItem> items;
+    if (!node.IsDefined()) return items;
     if (!node.IsSequence()) {
         file.complain(node, what, "art", "must be a list");
-        return;
+        return items;
     }
     for (const YAML::Node &one : node) {
+        const std::size_t begin = art.size();
         Mapping item(file, one, what + ", art");
         readItem(item, units, art);
+        items.push_back({{"", markOf(one)}, begin, art.size()});
     }
+    return items;
 }
 
 } // namespace app::authoring

@@ -6,8 +6,9 @@
 
 namespace app::authoring {
 
-// `units`: 1 millimetres, 2 inches.
-void readArt(YamlFile &file, const YAML::Node &node, const std::string &what, int units, Art &art);
+// `units`: 1 millimetres, 2 inches. Says which shapes came from which item of the list.
+std::vector<ArtItem> readArt(YamlFile &file, const YAML::Node &node, const std::string &what,
+                             int units, Art &art);
 
 // The pen of a key that holds a line width in millimetres; `fallback` (a pen) when it is absent.
 int readPen(Mapping &mapping, const std::string &key, int fallback);

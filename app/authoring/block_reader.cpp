@@ -29,13 +29,14 @@ public:
 
     BlockText read(const std::vector<std::string> &formatIds)
     {
+        requireFileName(m_file, m_mapping.origin().at, m_mapping.what(), m_result.block.id);
         readSize();
         readProperties();
         readCells();
         readTables();
         readFullBlockKeys(m_mapping, m_result.block.slots);
-        readArt(m_file, m_mapping.node("art"), m_mapping.what(), m_context.units,
-                m_result.block.art);
+        m_result.block.artItems = readArt(m_file, m_mapping.node("art"), m_mapping.what(),
+                                          m_context.units, m_result.block.art);
         readPlaces(formatIds);
         return std::move(m_result);
     }
@@ -131,6 +132,9 @@ private:
     {
         Location location;
         location.name = place.text("name").value_or("Default");
+        if (place.has("at") && (place.has("corner") || place.has("inset")))
+            place.complain("at", "stands beside corner and inset, which say the same in another "
+                                 "way: remove one of them");
         if (const auto at = place.numbers("at", 2, 2)) {
             location.at = {(*at)[0], (*at)[1]};
             return location;
@@ -192,11 +196,13 @@ private:
             rule = place.has(key) || rule;
         const auto everywhere = rule ? readChoices(place) : std::vector<Location>();
         for (const std::string &key : place.unasked()) {
+            // What holds no place is a key written wrong, not a size: it stays unknown.
+            if (!place.holdsMapping(key)) continue;
             Mapping exception(m_file, place.node(key), m_mapping.what() + ", place, " + key);
-            sizes.push_back({key, readChoices(exception)});
+            sizes.push_back({key, readChoices(exception), place.origin(key)});
         }
         // The first size that matches wins: exceptions stand before the rule.
-        if (rule) sizes.push_back({"Default", everywhere});
+        if (rule) sizes.push_back({"Default", everywhere, m_mapping.origin("place")});
         if (sizes.empty() && m_mapping.has("place"))
             place.complain("corner", "is missing: corner: bottom-right, inset: [10, 10], or at: "
                                      "[x, y]");

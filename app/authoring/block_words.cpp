@@ -91,6 +91,16 @@ private:
                 const TableShape shape = shapeOf(*table->record);
                 right = std::max(right, shape.at.x);
                 top = std::max(top, shape.at.y);
+                for (const RecordTree *column : table->record->childrenOf("field"))
+                    right = std::max(right, shape.at.x + column->real("location_x") +
+                                                column->real("width"));
+            }
+            // The headings of tables, too.
+            for (const Shape &shape : m_art ? *m_art : Art()) {
+                const auto *drawn = std::get_if<ArtLine>(&shape);
+                if (!drawn) continue;
+                right = std::max(right, std::max(drawn->from.x, drawn->to.x));
+                top = std::max(top, std::max(drawn->from.y, drawn->to.y));
             }
         }
         m_width = std::isfinite(right) && right > 0 ? right : 1.0;

@@ -237,7 +237,15 @@ Cell readCell(YamlFile &file, const std::string &id, const YAML::Node &node,
         else
             cell.lines = readBox(mapping, "box");
     }
-    cell.label = readLabel(mapping, cell.lines.value_or(box), context);
+    const Box around = cell.lines.value_or(box);
+    cell.label = readLabel(mapping, around, context);
+    if (const auto &label = cell.label)
+        cell.field.label = {label->text,
+                            label->size,
+                            label->font,
+                            around.x + around.width - label->at.x,
+                            label->at.y - label->size,
+                            label->origin};
     readFullFieldKeys(mapping, slots);
     return cell;
 }

@@ -2,6 +2,10 @@
 
 #include "app/authoring/check_blocks.h"
 #include "app/authoring/check_fields.h"
+#include "app/authoring/check_layout.h"
+#include "app/authoring/check_places.h"
+#include "app/authoring/check_records.h"
+#include "app/authoring/record_builder.h"
 #include "app/authoring/stored_order.h"
 
 #include <fmt/format.h>
@@ -25,11 +29,13 @@ public:
             m_file = &file;
             m_findings.inFile(file.name);
             for (const RecordTree &record : file.records) {
+                checkRecord(record, identityOf(record), record.integer("units"), m_findings);
                 if (record.kind->word == "format") checkFormat(record);
                 if (record.kind->word == "block") checkBlock(record);
             }
             if (file.library) checkText(*file.library);
         }
+        checkLayout(m_layoutFormats, m_layoutBlocks, m_findings);
         return m_findings.take();
     }
 
@@ -86,6 +92,22 @@ private:
                                  id));
         for (const RecordTree *size : format.childrenOf("size"))
             checkSize(*size, where + ", " + identityOf(*size));
+        m_layoutFormats.push_back({&format, [this, file = m_file](const RecordTree &size) {
+                                       return frameOf(*file, size);
+                                   }});
+    }
+
+    // As the text draws it, or of a part as its pattern does.
+    std::optional<Art> frameOf(const CheckedFile &file, const RecordTree &size) const
+    {
+        const std::string name = size.text("frame_name");
+        if (name.empty()) return {};
+        if (file.library)
+            for (const Format &format : file.library->formats)
+                for (const Size &one : format.sizes)
+                    if (!one.whole && authoring::frameOf(format, one, file.library->units) == name)
+                        return one.frame;
+        return file.artOf ? file.artOf(name) : std::nullopt;
     }
 
     void checkSize(const RecordTree &size, const std::string &where)
@@ -115,7 +137,9 @@ private:
                                  "the file that does too",
                                  id));
         checkPlaces(block, m_formats, where, m_findings);
-        checkCells(block, extentOf(block), where, m_findings);
+        const auto extent = extentOf(block);
+        checkCells(block, extent, where, m_findings);
+        m_layoutBlocks.push_back({m_file->name, &block, extent});
 
         const Block *text = textOf(block);
         const auto fields = block.childrenOf("field"), tables = block.childrenOf("table");
@@ -125,7 +149,7 @@ private:
         for (std::size_t i = 0; i < tables.size(); ++i) {
             checkUnique(*tables[i], "field", where + ", " + identityOf(*tables[i]));
             checkTable(*tables[i], text && i < text->tables.size() ? &text->tables[i] : nullptr,
-                       where + ", " + identityOf(*tables[i]), m_ruler, m_findings);
+                       extent, where + ", " + identityOf(*tables[i]), m_ruler, m_findings);
         }
     }
 
@@ -177,6 +201,7 @@ private:
                 checkArt(size.frame, "format " + format.id, m_ruler, m_findings);
         for (const Block &block : library.blocks) {
             checkArt(block.art, "block " + block.id, m_ruler, m_findings);
+            checkOwnArt(block, m_ruler, m_findings);
             checkTiling(block, m_findings);
         }
     }
@@ -186,6 +211,8 @@ private:
     TextRuler m_ruler;
     std::map<std::string, const RecordTree *> m_blocks;
     std::vector<const RecordTree *> m_formats;
+    std::vector<LaidOutFormat> m_layoutFormats;
+    std::vector<LaidOutBlock> m_layoutBlocks;
     Findings m_findings;
 };
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <set>
 
 namespace app::authoring {
@@ -13,88 +14,6 @@ namespace app::authoring {
 namespace {
 
 constexpr double kSame = 1e-6;
-
-// --- places -----------------------------------------------------------------------------------------
-
-bool isLocation(const RecordTree &record)
-{
-    return record.kind->word == "block_location" || record.kind->word == "block_location_v1";
-}
-
-bool inSuite(const RecordTree &format, const std::string &name)
-{
-    if (name == "Default" || name == format.text("id")) return true;
-    if (name.empty()) return false;
-    if (name == format.text("suite_name")) return true;
-    for (const RecordTree *size : format.childrenOf("size"))
-        if (name == size->text("suite_name")) return true;
-    return false;
-}
-
-bool fitsSize(const std::string &name, const RecordTree &format, const RecordTree &size)
-{
-    const std::string suite = size.text("suite_name");
-    return name == "Default" || name == size.text("id") ||
-           (!name.empty() && name == (suite.empty() ? format.text("suite_name") : suite));
-}
-
-// The first location that is for the format decides.
-const RecordTree *locationFor(const RecordTree &block, const RecordTree &format)
-{
-    for (const RecordTree &location : block.children)
-        if (isLocation(location) && inSuite(format, location.text("format_id"))) return &location;
-    return nullptr;
-}
-
-bool hasPlace(const RecordTree &location, const RecordTree &format, const RecordTree &size)
-{
-    if (location.kind->word == "block_location_v1") {
-        const auto names = location.texts("size_names");
-        return std::any_of(names.begin(), names.end(),
-                           [&](const std::string &name) { return fitsSize(name, format, size); });
-    }
-    for (const RecordTree *one : location.childrenOf("size_location"))
-        if (fitsSize(one->text("size_id"), format, size))
-            return !one->childrenOf("location").empty();
-    return false;
-}
-
-void checkHiddenSizes(const RecordTree &location, const std::string &where, Findings &findings)
-{
-    bool all = false;
-    for (const RecordTree *size : location.childrenOf("size_location")) {
-        if (all)
-            findings.add(where, *size, "size_id",
-                         fmt::format("the places for \"{}\" stand behind those for Default, which "
-                                     "always fit: they are never used; put them first",
-                                     size->text("size_id")));
-        all = all || size->text("size_id") == "Default";
-    }
-}
-
-void checkSizes(const RecordTree &block, const RecordTree &format, const std::string &where,
-                Findings &findings)
-{
-    const RecordTree *location = locationFor(block, format);
-    const auto required = format.texts("required_block_ids");
-    if (!location) {
-        if (std::count(required.begin(), required.end(), block.text("id")))
-            findings.add(where, block, "place",
-                         fmt::format("the format {} requires it, and it has no place there: add "
-                                     "one for it",
-                                     format.text("id")));
-        return;
-    }
-    for (const RecordTree *size : format.childrenOf("size"))
-        if (!hasPlace(*location, format, *size))
-            findings.add(where, *location, "place",
-                         fmt::format("there is none on size {} of format {}: the block would come "
-                                     "to the sheet's corner; add {}: {{corner: ..., inset: "
-                                     "[x, y]}}",
-                                     size->text("id"), format.text("id"), size->text("id")));
-}
-
-// --- cells ------------------------------------------------------------------------------------------
 
 // Of the rectangles between the edges of all boxes, the first that no box covers.
 std::optional<FieldBox> gapOf(const Block &block)
@@ -127,29 +46,81 @@ std::string boxText(double x, double y, double width, double height)
     return fmt::format("[{:.6g}, {:.6g}, {:.6g}, {:.6g}]", x, y, width, height);
 }
 
-} // namespace
-
-void checkPlaces(const RecordTree &block, const std::vector<const RecordTree *> &formats,
-                 const std::string &where, Findings &findings)
-{
-    bool any = false;
-    for (const RecordTree &location : block.children) {
-        if (!isLocation(location)) continue;
-        any = true;
-        const std::string id = location.text("format_id");
-        if (std::none_of(formats.begin(), formats.end(),
-                         [&](const RecordTree *format) { return inSuite(*format, id); }))
-            findings.add(where, location, "format_id",
-                         fmt::format("\"{}\" is no format and no suite of the files: name one, or "
-                                     "the file that defines it too",
-                                     id));
-        checkHiddenSizes(location, where + ", " + identityOf(location), findings);
+// The box around shapes.
+class Extent {
+public:
+    void add(ArtPoint p)
+    {
+        m_left = std::min(m_left, p.x);
+        m_right = std::max(m_right, p.x);
+        m_low = std::min(m_low, p.y);
+        m_top = std::max(m_top, p.y);
     }
-    if (!any)
-        findings.add(where, block, "place",
-                     "is missing: the block cannot be placed; place: {corner: ..., inset: [x, y]}");
-    for (const RecordTree *format : formats) checkSizes(block, *format, where, findings);
+    void add(const ArtLine &line)
+    {
+        add(line.from);
+        add(line.to);
+    }
+    // Of its ends, and of the quarters that it passes.
+    void add(const ArtArc &arc)
+    {
+        constexpr double kQuarter = 90.0;
+        add(onCircle(arc, arc.start));
+        add(onCircle(arc, arc.end));
+        for (double at = std::ceil(arc.start / kQuarter) * kQuarter; at < arc.end; at += kQuarter)
+            add(onCircle(arc, at));
+    }
+
+    std::optional<FieldBox> box() const
+    {
+        if (!(m_left < m_right && m_low < m_top)) return {};
+        return FieldBox{m_left, m_low, m_right - m_left, m_top - m_low};
+    }
+    std::optional<FieldBox> anyBox() const // also of one line
+    {
+        if (!(m_left <= m_right && m_low <= m_top)) return {};
+        return FieldBox{m_left, m_low, m_right - m_left, m_top - m_low};
+    }
+
+private:
+    static ArtPoint onCircle(const ArtArc &arc, double degrees)
+    {
+        const double angle = degrees * std::numbers::pi / 180.0;
+        return {arc.centre.x + arc.radius * std::cos(angle),
+                arc.centre.y + arc.radius * std::sin(angle)};
+    }
+
+    double m_left = HUGE_VAL, m_low = HUGE_VAL, m_right = -HUGE_VAL, m_top = -HUGE_VAL;
+};
+
+// A text stands with one of nine points at its place; one that is turned counts by that point alone.
+void addText(const ArtText &text, TextRuler &ruler, Extent &extent)
+{
+    extent.add(text.at);
+    if (text.angle != 0.0 || !ruler.knowsFont(text.font)) return;
+    const TextExtent size = ruler.measure({text.text}, {text.font, text.size, text.aspect});
+    const int column = (text.site - 1) % 3, row = (text.site - 1) / 3;
+    const double left = text.at.x - column * size.width / 2;
+    const double low = text.at.y - (2 - row) * size.height / 2;
+    extent.add(ArtPoint{left, low});
+    extent.add(ArtPoint{left + size.width, low + size.height});
 }
+
+std::optional<FieldBox> extentOfArt(const Art &art, TextRuler &ruler)
+{
+    Extent extent;
+    for (const Shape &shape : art) {
+        if (const auto *line = std::get_if<ArtLine>(&shape)) extent.add(*line);
+        if (const auto *arc = std::get_if<ArtArc>(&shape)) extent.add(*arc);
+        if (const auto *text = std::get_if<ArtText>(&shape)) addText(*text, ruler, extent);
+        if (const auto *area = std::get_if<ArtArea>(&shape))
+            for (const auto &outline : area->outlines)
+                for (const ArtPoint &point : outline) extent.add(point);
+    }
+    return extent.anyBox();
+}
+
+} // namespace
 
 void checkCells(const RecordTree &block, const std::optional<FieldBox> &extent,
                 const std::string &where, Findings &findings)
@@ -206,6 +177,25 @@ void checkTiling(const Block &block, Findings &findings)
                                  boxText(gap->x, gap->y, gap->width, gap->height)));
 }
 
+void checkOwnArt(const Block &block, TextRuler &ruler, Findings &findings)
+{
+    if (!(block.width > 0 && block.height > 0)) return;
+    for (const ArtItem &item : block.artItems) {
+        const Art shapes(block.art.begin() + static_cast<std::ptrdiff_t>(item.begin),
+                         block.art.begin() + static_cast<std::ptrdiff_t>(item.end));
+        const auto box = extentOfArt(shapes, ruler);
+        if (!box ||
+            (box->x > -kSame && box->y > -kSame && box->x + box->width < block.width + kSame &&
+             box->y + box->height < block.height + kSame))
+            continue;
+        findings.add("block " + block.id + ", art", item.origin,
+                     fmt::format("{} leaves the block, which is {} x {}: move it, make it smaller, "
+                                 "or widen the block",
+                                 boxText(box->x, box->y, box->width, box->height), block.width,
+                                 block.height));
+    }
+}
+
 void checkArt(const Art &art, const std::string &where, TextRuler &ruler, Findings &findings)
 {
     std::set<std::string> told;
@@ -221,24 +211,12 @@ void checkArt(const Art &art, const std::string &where, TextRuler &ruler, Findin
 
 std::optional<FieldBox> linesExtent(const Art &art)
 {
-    double left = HUGE_VAL, low = HUGE_VAL, right = -HUGE_VAL, top = -HUGE_VAL;
-    const auto add = [&](double x, double y) {
-        left = std::min(left, x);
-        right = std::max(right, x);
-        low = std::min(low, y);
-        top = std::max(top, y);
-    };
+    Extent extent;
     for (const Shape &shape : art) {
-        if (const auto *line = std::get_if<ArtLine>(&shape)) {
-            add(line->from.x, line->from.y);
-            add(line->to.x, line->to.y);
-        } else if (const auto *arc = std::get_if<ArtArc>(&shape)) {
-            add(arc->centre.x - arc->radius, arc->centre.y - arc->radius);
-            add(arc->centre.x + arc->radius, arc->centre.y + arc->radius);
-        }
+        if (const auto *line = std::get_if<ArtLine>(&shape)) extent.add(*line);
+        if (const auto *arc = std::get_if<ArtArc>(&shape)) extent.add(*arc);
     }
-    if (!(left < right && low < top)) return {};
-    return FieldBox{left, low, right - left, top - low};
+    return extent.box();
 }
 
 } // namespace app::authoring

@@ -1,4 +1,4 @@
-// Blocks: where they can stand, whether their cells fill them and their art can be drawn.
+// Blocks: whether their cells fill them and their art can be drawn.
 #pragma once
 
 #include "app/authoring/check_fields.h"
@@ -12,16 +12,15 @@
 
 namespace app::authoring {
 
-// A place for every size of every format that the block is for, and for formats that exist.
-void checkPlaces(const RecordTree &block, const std::vector<const RecordTree *> &formats,
-                 const std::string &where, Findings &findings);
-
 // Fields that overlap or leave the block; `extent`: of the block, if it is known.
 void checkCells(const RecordTree &block, const std::optional<FieldBox> &extent,
                 const std::string &where, Findings &findings);
 
 // Cells with lines around them fill the block, once.
 void checkTiling(const Block &block, Findings &findings);
+
+// Lines, texts and pictures of its own that leave the block.
+void checkOwnArt(const Block &block, TextRuler &ruler, Findings &findings);
 
 // Fonts of its texts.
 void checkArt(const Art &art, const std::string &where, TextRuler &ruler, Findings &findings);

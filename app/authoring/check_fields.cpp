@@ -1,5 +1,6 @@
 #include "app/authoring/check_fields.h"
 
+#include "app/authoring/check_labels.h"
 #include "app/authoring/stored_order.h"
 #include "app/authoring/words.h"
 
@@ -8,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <set>
+#include <utility>
 
 namespace app::authoring {
 
@@ -73,6 +75,7 @@ public:
 
     void run()
     {
+        if (m_text && !m_text->whole) checkLabel(*m_text, m_field, m_where, m_ruler, m_findings);
         checkColor(m_field, "text_color", m_where, m_findings);
         checkColor(m_field, "border_color", m_where, m_findings);
         checkFont(m_field, "text_font_name", m_where, m_ruler, m_findings);
@@ -240,6 +243,51 @@ private:
     double m_height = 0.0;
 };
 
+// Columns that reach out of the block at its sides.
+void checkInside(const RecordTree &table, const FieldBox &extent, const std::string &where,
+                 Findings &findings)
+{
+    for (const RecordTree *column : table.childrenOf("field")) {
+        const double left = table.real("location_x") + column->real("location_x");
+        const double right = left + column->real("width");
+        if (left > extent.x - kSame && right < extent.x + extent.width + kSame) continue;
+        findings.add(where + ", " + identityOf(*column), *column, "width",
+                     fmt::format("the column stands from {:.6g} to {:.6g}, and its block from "
+                                 "{:.6g} to {:.6g}: make it narrower, or widen the block",
+                                 left, right, extent.x, extent.x + extent.width));
+    }
+}
+
+void checkHeadingInside(const RecordTree &table, const Table &text, const FieldBox &extent,
+                        const std::string &where, Findings &findings)
+{
+    if (text.heading <= 0) return;
+    const double base = table.real("location_y");
+    const bool down = table.integer("direction") == kDown;
+    const double low = down ? base : base - text.heading;
+    if (low > extent.y - kSame && low + text.heading < extent.y + extent.height + kSame) return;
+    findings.add(where, text.headingOrigin,
+                 fmt::format("stands from {:.6g} to {:.6g}, and the block from {:.6g} to {:.6g}: "
+                             "rows begin {} it; move at, or make the block higher",
+                             low, low + text.heading, extent.y, extent.y + extent.height,
+                             down ? "below" : "above"));
+}
+
+// With rows that grow up the segment that is stored as the bottom one is the upper one, which the words
+// of `borders` know and a slot that is named does not.
+void checkUpperBorder(const RecordTree &table, const Field &text, const RecordTree &field,
+                      const std::string &where, Findings &findings)
+{
+    if (table.integer("direction") == kDown || text.whole) return;
+    for (const auto &[slot, drawn] :
+         {std::pair{"bottom_border_policy", "upper"}, std::pair{"top_border_policy", "lower"}})
+        if (text.slots.origins.contains(slot) && field.integer(slot) == 1)
+            findings.add(where + ", " + identityOf(field), field, slot,
+                         fmt::format("draws the {} line, since rows grow up: write borders: [{}], "
+                                     "or the other slot",
+                                     drawn, drawn == std::string("upper") ? "top" : "bottom"));
+}
+
 } // namespace
 
 FieldBox boxOf(const RecordTree &field)
@@ -294,8 +342,8 @@ void checkField(const RecordTree &field, const Field *text, bool row, const std:
     FieldCheck(field, text, row, where, ruler, findings).run();
 }
 
-void checkTable(const RecordTree &table, const Table *text, const std::string &where,
-                TextRuler &ruler, Findings &findings)
+void checkTable(const RecordTree &table, const Table *text, const std::optional<FieldBox> &extent,
+                const std::string &where, TextRuler &ruler, Findings &findings)
 {
     const auto fields = table.childrenOf("field");
     if (fields.empty())
@@ -309,6 +357,12 @@ void checkTable(const RecordTree &table, const Table *text, const std::string &w
         checkField(*fields[i], text && i < text->fields.size() ? &text->fields[i] : nullptr, true,
                    where + ", " + identityOf(*fields[i]), ruler, findings);
     RowCheck(table, where, ruler, findings).run();
+    if (extent) checkInside(table, *extent, where, findings);
+    if (!text) return;
+    checkHeading(*text, where, findings);
+    if (extent) checkHeadingInside(table, *text, *extent, where, findings);
+    for (std::size_t i = 0; i < std::min(fields.size(), text->fields.size()); ++i)
+        checkUpperBorder(table, text->fields[i], *fields[i], where, findings);
 }
 
 } // namespace app::authoring

@@ -5,6 +5,7 @@
 #include "app/authoring/model.h"
 #include "app/authoring/text_ruler.h"
 
+#include <optional>
 #include <string>
 
 namespace app::authoring {
@@ -28,7 +29,8 @@ void checkFont(const RecordTree &record, const std::string &slot, const std::str
 // with its text.
 void checkField(const RecordTree &field, const Field *text, bool row, const std::string &where,
                 TextRuler &ruler, Findings &findings);
-void checkTable(const RecordTree &table, const Table *text, const std::string &where,
-                TextRuler &ruler, Findings &findings);
+// `extent`: of its block, if it is known.
+void checkTable(const RecordTree &table, const Table *text, const std::optional<FieldBox> &extent,
+                const std::string &where, TextRuler &ruler, Findings &findings);
 
 } // namespace app::authoring

@@ -95,6 +95,7 @@ private:
     void readFormat(const std::string &id, Mapping &mapping)
     {
         FormatText text;
+        requireFileName(m_file, mapping.origin().at, mapping.what(), id);
         text.format.id = id;
         SlotValues &slots = text.format.slots;
         slots.origin = mapping.origin();
@@ -169,6 +170,7 @@ private:
             return sheet;
         }
         Mapping mapping(m_file, node, format + ", size " + id);
+        requireFileName(m_file, mapping.origin().at, mapping.what(), id);
         size.slots.origin = mapping.origin();
         mapping.require("sheet", "its size: sheet: [width, height]");
         const auto extent = mapping.numbers("sheet", 2, 2).value_or(std::vector{1.0, 1.0});

@@ -24,14 +24,26 @@ struct SlotValues {
 
 // Instead of its own words a record of the cell form may be given in the full form: then `whole` is what
 // is stored, and nothing else of the record counts.
+struct Label {
+    std::string text;
+    double size;
+    std::string font;
+    double width;                 // that it may take up
+    std::optional<double> bottom; // of its letters, in the block; none in a heading
+    Origin origin;
+};
 struct Field {
     SlotValues slots;
+    std::optional<Label> label;
     int characters = 0; // a value of that length is to fit; 0: nobody said
     int rows = 1;       // of the value
     std::optional<RecordTree> whole;
 };
 struct Table {
     SlotValues slots;
+    double heading = 0.0;       // its height
+    double headingLabels = 0.0; // the height of its letters
+    Origin headingOrigin;
     std::vector<Field> fields;
     std::optional<RecordTree> whole;
 };
@@ -43,6 +55,7 @@ struct Location {
 struct SizeLocation {
     std::string sizeId;
     std::vector<Location> locations;
+    Origin origin = {};
 };
 struct BlockLocation {
     std::string formatId;
@@ -55,6 +68,10 @@ struct BlockBox {
     Origin origin;
     std::string cell; // the cell that it is drawn around
 };
+struct ArtItem { // of the list under art: its shapes among those of the block
+    Origin origin;
+    std::size_t begin, end;
+};
 struct Block {
     std::string id;
     double width = 0.0; // as the text says; what is stored knows no size
@@ -64,6 +81,7 @@ struct Block {
     Origin cells;
     SlotValues slots; // without the pattern name: it follows from the art
     Art art;
+    std::vector<ArtItem> artItems;
     std::vector<BlockLocation> locations;
     std::vector<Field> fields;
     std::vector<Table> tables;

@@ -76,6 +76,8 @@ RecordTree recordOf(const BlockLocation &location)
     for (const SizeLocation &size : location.sizes) {
         SlotValues sizeSlots;
         sizeSlots.strings["SizeId"] = size.sizeId;
+        sizeSlots.origin = size.origin;
+        sizeSlots.origins["size_id"] = size.origin;
         RecordTree &child = record.children.emplace_back(recordOf("size_location", sizeSlots));
         for (const Location &place : size.locations) child.children.push_back(recordOf(place));
     }

@@ -52,6 +52,7 @@ private:
         slots().doubles["LocationX"] = m_at.x;
         slots().doubles["LocationY"] = m_at.y;
         slots().origins["direction"] = m_mapping.origin("direction");
+        slots().origins["location_x"] = slots().origins["location_y"] = m_mapping.origin("at");
         m_mapping.require("direction", "which way rows grow: direction: up or down");
         m_direction = m_mapping.word("direction", kDirections).value_or(kDown);
         slots().ints["Direction"] = m_direction;
@@ -119,8 +120,12 @@ private:
         field.slots.ints["BroadcastTableType"] = numbered.value_or(0);
         readBorders(column, field.slots);
         readFullFieldKeys(column, field.slots);
-        m_result.table.fields.push_back(std::move(field));
         m_labels.push_back({labelText(column, m_context), m_width, width});
+        if (!m_labels.back().text.empty())
+            field.label = {
+                m_labels.back().text,  m_context.labels.size, m_context.labels.font, width, {},
+                column.origin("label")};
+        m_result.table.fields.push_back(std::move(field));
         m_width += width;
     }
 
@@ -182,6 +187,9 @@ private:
     void drawHeading()
     {
         const double height = m_mapping.number("heading").value_or(0.0);
+        m_result.table.heading = height;
+        m_result.table.headingLabels = m_context.labels.size;
+        m_result.table.headingOrigin = m_mapping.origin("heading");
         if (height <= 0) return;
         const double low = m_direction == kDown ? m_at.y : m_at.y - height;
         const double high = low + height, right = m_at.x + m_width;

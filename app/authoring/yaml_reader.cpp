@@ -191,4 +191,19 @@ std::vector<std::string> Mapping::unasked() const
     return keys;
 }
 
+bool Mapping::holdsMapping(const std::string &key) const
+{
+    return m_node.IsMap() && m_node[key].IsDefined() && m_node[key].IsMap();
+}
+
+void requireFileName(YamlFile &file, Mark at, const std::string &where, const std::string &id)
+{
+    if (id.empty())
+        file.complaints.push_back({file.path, at, where, "", "its id is missing: give it one"});
+    else if (id.find('/') != std::string::npos)
+        file.complaints.push_back({file.path, at, where, "",
+                                   "its id holds a \"/\", and files are named after it: use a "
+                                   "\"-\" instead"});
+}
+
 } // namespace app::authoring

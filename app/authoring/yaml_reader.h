@@ -67,7 +67,8 @@ public:
     const std::string &what() const { return m_what; }
     YamlFile &file() { return m_file; }
     bool wasAsked(const std::string &key) const { return m_asked.contains(key); }
-    std::vector<std::string> unasked() const; // keys nobody has asked for yet
+    std::vector<std::string> unasked() const;        // keys nobody has asked for yet
+    bool holdsMapping(const std::string &key) const; // without asking for it
     void forgive(const std::string &key) { m_asked.insert(key); }
 
 private:
@@ -78,5 +79,8 @@ private:
 };
 
 std::optional<double> asNumber(const YAML::Node &node);
+
+// Pattern files are named after formats, sizes and blocks.
+void requireFileName(YamlFile &file, Mark at, const std::string &where, const std::string &id);
 
 } // namespace app::authoring
