@@ -103,7 +103,12 @@ void readPicture(Mapping &item, int units, Art &art)
     const auto folder = std::filesystem::path(item.file().path).parent_path();
     std::optional<int> pen;
     if (item.has("width")) pen = readPen(item, "width", kThinPen);
-    const Art picture = readSvg((folder / *name).string(), box, units, pen, item.file().complaints);
+    std::vector<Complaint> inside;
+    const Art picture = readSvg((folder / *name).string(), box, units, pen, inside);
+    for (Complaint &complaint : inside) { // behind the place in the text: "logo.svg:3:2: ..."
+        complaint.file = *name;
+        item.complain("svg", toText(complaint));
+    }
     art.insert(art.end(), picture.begin(), picture.end());
 }
 

@@ -56,8 +56,13 @@ public:
             complain(markAt(result.offset), "", fmt::format("is no XML: {}", result.description()));
         else if (!root)
             complain(Mark{1, 1}, "", "is no SVG: its first element must be svg");
-        else if (fit(root))
+        else if (fit(root)) {
+            const std::size_t before = m_complaints.size();
             children(root, m_fit, Paint());
+            if (m_art.empty() && m_complaints.size() == before)
+                complain(root, "",
+                         "draws nothing: its shapes need a fill or a stroke, and must be visible");
+        }
         return std::move(m_art);
     }
 
@@ -157,6 +162,7 @@ private:
     {
         static const std::set<std::string_view> silent{"title", "desc", "metadata", "defs"};
         const std::string_view name = node.name();
+        if (name == "defs") styleSheets(node);
         if (silent.contains(name) || name.find(':') != std::string_view::npos) return;
         const bool group = name == "g" || name == "a";
         const auto data = group ? std::string() : dataOf(node);
@@ -175,6 +181,16 @@ private:
             children(node, transform, paint);
         else
             draw(node, *data, transform, paint);
+    }
+
+    // What stands under defs draws nothing by itself, but a style sheet there paints the rest.
+    void styleSheets(const pugi::xml_node &defs)
+    {
+        for (const pugi::xml_node &node : defs.children()) {
+            const bool says = *node.text().get() != '\0';
+            if (std::string_view(node.name()) == "style" && says) dataOf(node);
+            styleSheets(node);
+        }
     }
 
     // A shape as path data; nothing for what is no shape.
@@ -255,6 +271,8 @@ private:
                                  "marker-end", "stroke-dasharray"})
             if (properties.contains(name) && properties[name] != "none")
                 complain(node, name, "is not supported: remove it, or convert it to paths");
+        for (const char *name : {"opacity", "fill-opacity", "stroke-opacity"})
+            if (properties.contains(name)) opaque(node, name, properties[name]);
         if (properties["display"] == "none") return false;
         if (properties.contains("visibility"))
             paint.visible = properties["visibility"] == "visible";
@@ -270,6 +288,16 @@ private:
                                      properties["stroke-width"]));
         }
         return true;
+    }
+
+    void opaque(const pugi::xml_node &node, const char *name, const std::string &text)
+    {
+        double value = 1.0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+        if (error == std::errc() && end != text.data() + text.size() && *end == '%') value /= 100;
+        if (error == std::errc() && value < 1.0)
+            complain(node, name,
+                     "transparency is not supported: use a plain colour, or leave the shape out");
     }
 
     // Patterns have one ink: everything but none and white is drawn with it.

@@ -183,11 +183,11 @@ TEST_F(Svg, StrokesGetTheNearestPen)
 
 TEST_F(Svg, WhatIsNotShownIsNotDrawn)
 {
-    EXPECT_TRUE(read("<title>x</title><defs><path d=\"M0 0 H9\"/></defs>"
-                     "<sodipodi:namedview/><path d=\"M0 0 H9 V9\" fill=\"none\"/>"
-                     "<g display=\"none\"><rect width=\"9\" height=\"9\"/></g>"
-                     "<rect width=\"9\" height=\"9\" visibility=\"hidden\"/>")
-                    .empty());
+    only<ArtLine>(read("<path d=\"M0 0 H9\" stroke=\"black\" fill=\"none\"/>"
+                       "<title>x</title><defs><path d=\"M0 0 H9\"/></defs>"
+                       "<sodipodi:namedview/><path d=\"M0 0 H9 V9\" fill=\"none\"/>"
+                       "<g display=\"none\"><rect width=\"9\" height=\"9\"/></g>"
+                       "<rect width=\"9\" height=\"9\" visibility=\"hidden\"/>"));
     EXPECT_EQ(said(), "");
 }
 
@@ -254,9 +254,45 @@ TEST_F(Svg, ABlockTakesItsArtFromTheFileBesideItsText)
     } catch (const Complaints &missing) {
         complaints = missing.all();
         EXPECT_EQ(said(),
-                  "logo.svg: cannot be opened: check the path, which counts from the text's "
-                  "folder\n");
+                  "d.yaml:7:17: block B, art: svg: logo.svg: cannot be opened: check the path, "
+                  "which counts from the text's folder\n");
     }
+    write("logo.svg", "<svg viewBox=\"0 0 40 20\">\n<text>A</text></svg>");
+    try {
+        readLibrary(text);
+        ADD_FAILURE() << "a text was read";
+    } catch (const Complaints &wrong) {
+        complaints = wrong.all();
+        EXPECT_EQ(said(), "d.yaml:7:17: block B, art: svg: logo.svg:2:2: text: is not supported: "
+                          "convert it to paths in the drawing program\n");
+    }
+}
+
+TEST_F(Svg, AStyleSheetIsNotDroppedInSilence)
+{
+    read("<defs><g/><style>.a{fill:none}</style></defs><rect class=\"a\" width=\"9\" "
+         "height=\"9\"/>");
+    EXPECT_EQ(said(), "a.svg:2:12: style: is not supported: write fill and stroke as attributes "
+                      "(\"presentation attributes\")\n");
+    read("<defs><style></style></defs><rect width=\"9\" height=\"9\"/>");
+    EXPECT_EQ(said(), "");
+}
+
+TEST_F(Svg, TransparencyIsReported)
+{
+    read("<rect width=\"9\" height=\"9\" opacity=\"0.5\"/>\n"
+         "<rect width=\"9\" height=\"9\" style=\"fill-opacity:20%\"/>\n"
+         "<rect width=\"9\" height=\"9\" opacity=\"1\" stroke-opacity=\"100%\"/>");
+    const std::string remedy = ": transparency is not supported: use a plain colour, or leave the "
+                               "shape out\n";
+    EXPECT_EQ(said(), "a.svg:2:2: opacity" + remedy + "a.svg:3:2: fill-opacity" + remedy);
+}
+
+TEST_F(Svg, APictureThatDrawsNothingIsReported)
+{
+    read("<rect width=\"9\" height=\"9\" fill=\"none\"/>");
+    EXPECT_EQ(said(), "a.svg:1:2: draws nothing: its shapes need a fill or a stroke, and must be "
+                      "visible\n");
 }
 
 } // namespace
