@@ -4,11 +4,11 @@ JOBS ?= $(shell nproc)
 SOAK_SHARE ?= 0.05
 FUZZ_SECONDS ?= 3600
 
-.PHONY: help demo test soak asan fuzz format check docs bench build bootstrap package
+.PHONY: help demo test soak asan soak-asan fuzz format check docs bench build bootstrap package
 .DEFAULT_GOAL := help
 
 help: ## this list
-	@grep -hE '^[a-z]+:.*## ' $(MAKEFILE_LIST) | sed -E 's/:.*## /\t/' | expand -t 12
+	@grep -hE '^[a-z-]+:.*## ' $(MAKEFILE_LIST) | sed -E 's/:.*## /\t/' | expand -t 12
 
 bootstrap: ## install the Debian packages
 	@scripts/bootstrap
@@ -34,10 +34,16 @@ test: build ## all tests (a twentieth of the soak)
 soak: build ## the soak tests in full
 	@QELFMT_SOAK_SHARE=1 ctest --preset dev -L soak --output-on-failure
 
-asan: bootstrap ## the quick tests under the address and undefined-behaviour sanitizers
+asan: bootstrap ## the quick tests, and a twentieth of walk and updates, under the sanitizers
 	$(call configure,asan)
 	@cmake --build build/asan -j$(JOBS)
 	@QELFMT_SOAK_SHARE=$(SOAK_SHARE) ctest --preset asan -L quick -j$(JOBS) --output-on-failure
+	@QELFMT_SOAK_SHARE=$(SOAK_SHARE) ctest --preset asan -R '^test_(drawing|scenarios)_soak$$' -j$(JOBS) --output-on-failure
+
+soak-asan: bootstrap ## the random walk and the updates in full under the sanitizers
+	$(call configure,asan)
+	@cmake --build build/asan -j$(JOBS) --target test_drawing test_scenarios
+	@QELFMT_SOAK_SHARE=1 ctest --preset asan -R '^test_(drawing|scenarios)_soak$$' -j$(JOBS) --output-on-failure
 
 fuzz: bootstrap ## an hour of damaged part files (FUZZ_SECONDS), needs clang
 	@scripts/bootstrap fuzz

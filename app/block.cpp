@@ -80,6 +80,19 @@ void moveToNamed(const Workspace &work, const SheetRef &sheet, const BlockArgume
                               arguments.block, arguments.place, joined(names, ", ")));
 }
 
+// The first of its places, also from a point that the user chose.
+void moveHome(const Workspace &work, const SheetRef &sheet, const BlockArguments &arguments)
+{
+    const Places places = placesOf(work, sheet, arguments.block);
+    if (places.empty())
+        throw Problem(fmt::format("{}: block {} has no place on this size of the format: give a "
+                                  "point X Y",
+                                  placeOf(work, sheet), arguments.block));
+    const auto block = firstBlock(sheet, arguments.block);
+    block->SetAlternateLocationIndex(0); // a place without a name would leave it
+    block->move(places.front());
+}
+
 int moveBlock(const Options &options, const BlockArguments &arguments)
 {
     const bool toPoint = arguments.position.size() == 2;
@@ -88,10 +101,10 @@ int moveBlock(const Options &options, const BlockArguments &arguments)
     return changeSheet(options, arguments.target, [&](Workspace &work, const SheetRef &sheet) {
         requireBlock(work, sheet, arguments.block);
         if (!arguments.place.empty()) return moveToNamed(work, sheet, arguments);
+        if (arguments.home) return moveHome(work, sheet, arguments);
         std::array<double, 3> point{};
         std::copy(arguments.position.begin(), arguments.position.end(), point.begin());
-        checkLibrary(QEL_FMT_move_block(sheet.tag, arguments.block.c_str(),
-                                        arguments.home ? nullptr : point.data()),
+        checkLibrary(QEL_FMT_move_block(sheet.tag, arguments.block.c_str(), point.data()),
                      placeOf(work, sheet));
     });
 }

@@ -1,7 +1,9 @@
 #include "app/drift.h"
 
+#include "app/drift_drawn.h"
 #include "app/drift_slots.h"
 #include "app/output.h"
+#include "app/site_blocks.h"
 
 #include "content/entry.h"
 #include "content/field.h"
@@ -20,7 +22,7 @@
 
 #include "uf_draw.h"
 #include "ug_displayable.hxx"
-#include "ug_line.hxx"
+#include "ug_exception.hxx"
 
 #include <fmt/format.h>
 
@@ -31,6 +33,8 @@ namespace app {
 namespace {
 
 using Names = std::vector<std::string>;
+
+constexpr int kMillimetres = 1, kInches = 2; // units of formats and sheets
 
 // --- older generations ------------------------------------------------------------------------------
 
@@ -135,53 +139,53 @@ Names patternNames(const LumUg::UDO &owner)
     return names;
 }
 
-void compareLayer(const UgDisplayableObject &object, int layer, const std::string &where,
-                  const char *what, Differences &found)
-{
-    if (object.getLayer() != layer)
-        found.push_back({where, what, std::to_string(object.getLayer()), std::to_string(layer)});
-}
-
-// The library draws on the layers of the definition and leaves there what is drawn already.
-void compareLayers(TrBlockBase &block, const TrBlockDefV1 &def, Differences &found)
-{
-    for (const auto &field : block.getFields()) {
-        const std::string where = "field " + field->GetFieldDefName();
-        if (const UgDisplayableObject *note = field->GetNote())
-            compareLayer(*note, def.GetTextLayer(), where, "layer of the note", found);
-        for (const UgLine *line : field->GetBorders())
-            compareLayer(*line, def.GetPatternLayer(), where, "layer of a border", found);
-    }
-}
-
-void comparePattern(const LumUg::UDO &owner, const std::string &name, Differences &found)
+// A pattern that is drawn already stays on its layer when the definition names another one.
+void comparePattern(const LumUg::UDO &owner, const std::string &name, int layer, Differences &found)
 {
     const Names wanted = name.empty() ? Names() : Names{name};
     if (const Names drawn = patternNames(owner); drawn != wanted)
         found.push_back({"", "pattern art", joined(drawn, ", "), name});
+    for (UgTypedObject *object : owner.GetOwnedObjects(ZemPattern::kObjectType)) {
+        const auto *pattern = dynamic_cast<const UgDisplayableObject *>(object);
+        if (pattern && pattern->getLayer() != layer)
+            found.push_back({"", "layer of the pattern", std::to_string(pattern->getLayer()),
+                             std::to_string(layer)});
+    }
 }
 
-// The library leaves the sheet as large as it was when a size of a format becomes another one.
-void compareSheetSize(tag_t sheet, const TrFormatSizeV1 &size, Differences &found)
+std::string sizeText(const char *kind, int units, const std::string &size)
+{
+    return fmt::format("{} {} {}", kind, size, units == kMillimetres ? "mm" : "in");
+}
+
+// "custom 420 x 297 mm", "standard size 3 mm": a code alone is another size in the other units.
+std::string drawnSize(tag_t sheet, bool byCode)
 {
     UF_DRAW_info_t info{};
     UgException::throwOnFailure(UF_DRAW_ask_drawing_info(sheet, &info));
-    const int code = size.GetUgSizeCode();
+    if (byCode && info.size_state == UF_DRAW_METRIC_SIZE)
+        return sizeText("standard", kMillimetres,
+                        fmt::format("size {}", int(info.size.metric_size_code)));
+    if (byCode && info.size_state == UF_DRAW_ENGLISH_SIZE)
+        return sizeText("standard", kInches,
+                        fmt::format("size {}", int(info.size.english_size_code)));
     const auto drawn = TrDrawing::getDrawing(sheet)->drawingSize();
-    const std::string now = fmt::format("{} x {}", numberText(drawn[0]), numberText(drawn[1]));
-    if (code != 0) {
-        const int placed = info.size_state == UF_DRAW_METRIC_SIZE
-                               ? static_cast<int>(info.size.metric_size_code)
-                           : info.size_state == UF_DRAW_ENGLISH_SIZE
-                               ? static_cast<int>(info.size.english_size_code)
-                               : 0;
-        if (placed != code)
-            found.push_back({"", "sheet size", now, fmt::format("size code {}", code)});
-    } else if (drawn[0] != size.GetLength() || drawn[1] != size.GetHeight()) {
-        found.push_back(
-            {"", "sheet size", now,
-             fmt::format("{} x {}", numberText(size.GetLength()), numberText(size.GetHeight()))});
-    }
+    return sizeText("custom", info.units,
+                    fmt::format("{} x {}", numberText(drawn[0]), numberText(drawn[1])));
+}
+
+// The library leaves the sheet as large as it was when a size of a format becomes another one.
+void compareSheetSize(tag_t sheet, const TrFormatSizeV1 &size, int units, Differences &found)
+{
+    const int code = size.GetUgSizeCode();
+    const int kept = units == kMillimetres ? kMillimetres : kInches;
+    const std::string wanted = code != 0
+                                   ? sizeText("standard", kept, fmt::format("size {}", code))
+                                   : sizeText("custom", kept,
+                                              fmt::format("{} x {}", numberText(size.GetLength()),
+                                                          numberText(size.GetHeight())));
+    if (const std::string drawn = drawnSize(sheet, true); drawn != wanted)
+        found.push_back({"", "sheet size", drawn, wanted});
 }
 
 void compareFormat(tag_t sheet, TrFormatBase &format, SheetDrift &drift)
@@ -195,10 +199,17 @@ void compareFormat(tag_t sheet, TrFormatBase &format, SheetDrift &drift)
         return;
     }
     drift.definition = compareDefinitions(*stored, *disk);
+    for (const std::string &id : missingSiteBlocks(*disk, format))
+        drift.placed.push_back({"block " + id, kMissing, "absent", "required by the site"});
     const TrFormatSizeV1 size = disk->GetSizeDef(drift.size);
-    if (size.IsNull()) return; // the sheet keeps what it has
-    comparePattern(format, size.GetFrameName(), drift.placed);
-    compareSheetSize(sheet, size, drift.placed);
+    if (size.IsNull()) { // the sheet keeps what it has
+        drift.placed.push_back({"size " + drift.size, kMissing, "placed",
+                                "the format has none any more: choose another with 'qelfmt format "
+                                "resize'"});
+        return;
+    }
+    comparePattern(format, size.GetFrameName(), size.GetFrameLayer(), drift.placed);
+    compareSheetSize(sheet, size, disk->GetUnits(), drift.placed);
 }
 
 bool holds(const Names &names, const std::string &name)
@@ -284,8 +295,8 @@ BlockDrift driftOf(TrBlockBase &block)
     drift.definition = compareDefinitions(*stored, *disk);
     checkFields(block.getFields(), stored->GetFieldDefinitions(), "", drift);
     checkTables(block, *stored, drift);
-    comparePattern(block, disk->GetPatternName(), drift.placed);
-    compareLayers(block, *stored, drift.placed);
+    comparePattern(block, stored->GetPatternName(), stored->GetPatternLayer(), drift.placed);
+    compareDrawn(block, *stored, drift.placed);
     return drift;
 }
 
@@ -299,11 +310,12 @@ SheetDrift driftOf(tag_t sheet)
     drift.format = format->GetFormatDefName();
     drift.size = format->GetSizeName();
     compareFormat(sheet, *format, drift);
-    const Names art = changedArt(sheet);
-    addArt(*format, art, drift.placed);
+    const Art art = lookAtArt(sheet);
+    drift.unreadable = art.unreadable;
+    addArt(*format, art.changed, drift.placed);
     for (const auto &block : format->getBlocks()) {
         drift.blocks.push_back(driftOf(*block));
-        if (!drift.blocks.back().orphan) addArt(*block, art, drift.blocks.back().placed);
+        if (!drift.blocks.back().orphan) addArt(*block, art.changed, drift.blocks.back().placed);
     }
     drift.state = legacy ? SheetState::legacy : stateOf(drift);
     return drift;

@@ -37,6 +37,9 @@ struct Difference {
 };
 using Differences = std::vector<Difference>;
 
+// What a size or a block that should be there differs in: nothing that stands on the sheet is wrong.
+constexpr const char *kMissing = "definition";
+
 struct BlockDrift {
     std::string id;
     bool orphan = false;
@@ -53,9 +56,11 @@ struct SheetDrift {
     SheetState state = SheetState::none;
     std::string format;
     std::string size;
-    bool orphan = false;            // the format
-    Differences definition;         // of the format
-    Differences placed;             // frame and size of the sheet
+    bool orphan = false;    // the format
+    Differences definition; // of the format
+    Differences placed;     // frame and size of the sheet, blocks that the site requires
+    std::vector<std::string>
+        unreadable;                 // patterns whose files are gone: nobody can compare their art
     std::vector<BlockDrift> blocks; // in the order of the format's
 };
 
@@ -67,8 +72,13 @@ boost::shared_ptr<TrFormatBase> storedFormat(tag_t sheet);
 SheetDrift driftOf(tag_t sheet);
 
 BlockDrift driftOf(TrBlockBase &block);
-// Changed art keeps the name of its pattern: the drawn lines are compared, not names alone. Names of
-// the patterns on the sheet that would be drawn otherwise today.
-std::vector<std::string> changedArt(tag_t sheet);
+
+// Changed art keeps the name of its pattern: the drawn lines are compared, not names alone.
+struct Art {
+    std::vector<std::string>
+        changed; // names of patterns on the sheet that would be drawn otherwise today
+    std::vector<std::string> unreadable; // that could not be drawn at all
+};
+Art lookAtArt(tag_t sheet);
 
 } // namespace app

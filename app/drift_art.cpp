@@ -78,7 +78,7 @@ std::optional<std::string> artOnDisk(tag_t sheet, const std::string &name)
 
 } // namespace
 
-std::vector<std::string> changedArt(tag_t sheet)
+Art lookAtArt(tag_t sheet)
 {
     std::set<std::string> names;
     const auto format = TrDrawing::getDrawing(sheet)->format();
@@ -86,17 +86,18 @@ std::vector<std::string> changedArt(tag_t sheet)
     for (const auto &block : format->getBlocks()) addNames(*block, names);
 
     const auto drawn = artOn(sheet);
-    std::vector<std::string> changed;
+    Art art;
     for (const std::string &name : names) {
         const auto today = artOnDisk(sheet, name);
+        if (!today) art.unreadable.push_back(name);
         const auto [first, last] = drawn.equal_range(name);
         for (auto one = first; today && one != last; ++one) {
             if (one->second == *today) continue;
-            changed.push_back(name);
+            art.changed.push_back(name);
             break;
         }
     }
-    return changed;
+    return art;
 }
 
 } // namespace app

@@ -124,6 +124,7 @@ void replace(const Options &options, const Workspace &work, const SheetRef &shee
     const auto values = lossesOf(changesBetween(before, valuesOn(*drawing->format())));
     if (!arguments.force) refuseLosses(place, name, blocks.lost, values);
     drawing->replaceFormat(next, next->GetSizeDef(name.size));
+    addSiteBlocks(sheet, *next, place);
     if (options.json) {
         Json gone = Json::array();
         for (const LostBlock &block : blocks.lost)

@@ -62,6 +62,7 @@ Json toJson(const SheetRef &sheet, const SheetDrift &drift)
     result["differences"] = Json::array();
     add(result["differences"], drift.definition);
     add(result["differences"], drift.placed);
+    result["unreadable"] = drift.unreadable;
     result["blocks"] = Json::array();
     for (const BlockDrift &block : drift.blocks) {
         Json one{{"id", block.id}, {"orphan", block.orphan}, {"miswired", block.miswired}};
@@ -88,6 +89,9 @@ void print(const std::string &place, const SheetDrift &drift)
     if (drift.orphan) printLine(fmt::format("  format {}: its definition is gone", drift.format));
     print("format", drift.definition);
     print("format", drift.placed);
+    for (const std::string &name : drift.unreadable)
+        printLine(
+            fmt::format("  pattern {}: its file cannot be read, its art is not compared", name));
     for (const BlockDrift &block : drift.blocks) {
         const std::string owner = "block " + block.id;
         if (block.orphan) printLine(fmt::format("  {}: its definition is gone", owner));
@@ -115,6 +119,7 @@ int check(const Options &options, const SheetTarget &target)
         if (std::find(legacy.begin(), legacy.end(), sheet.tag) != legacy.end())
             drift.state = SheetState::legacy;
         findings |= drift.state != SheetState::current && drift.state != SheetState::none;
+        findings |= !drift.unreadable.empty();
         if (options.json)
             result.push_back(toJson(sheet, drift));
         else
@@ -144,7 +149,7 @@ void print(const std::string &place, const UpdateReport &report)
                               movedText(block)));
     }
     for (const std::string &id : report.addedBlocks)
-        printLine(fmt::format("  block {}: added, the format requires it now", id));
+        printLine(fmt::format("  block {}: added, it is required now", id));
     for (const ValueChange &value : report.values)
         printLine(fmt::format("  {}.{}: {}: {} -> {}", value.block, value.field, nameOf(value.kind),
                               oneLine(joined(value.before, "\n")),
@@ -178,7 +183,7 @@ int update(const Options &options, const UpdateArguments &arguments)
         if (!meant(sheet) && !canConvert(sheet.tag, before[sheet.tag])) return;
         if (!storedFormat(sheet.tag) && target.sheet.empty()) return;
         const UpdateReport report = updateSheet(sheet.tag, place, before[sheet.tag]);
-        updated += report.before.state != SheetState::current;
+        updated += report.changed();
         for (const std::string &loss : lossesOf(report))
             losses.push_back(fmt::format("sheet {}, {}", sheet.name, loss));
         if (options.json)

@@ -2,15 +2,16 @@
 
 #include "app/output.h"
 #include "app/problem.h"
+#include "app/site_blocks.h"
 
 #include "api/trv_fmt.h"
 #include "definitions/definition_file_manager.h"
 #include "definitions/format_def.h"
 #include "definitions/format_size.h"
+#include "drawing/drawing.h"
+#include "drawing/format.h"
 
 #include <fmt/format.h>
-
-#include <algorithm>
 
 namespace app {
 
@@ -47,12 +48,14 @@ void placeFormat(const Workspace &work, const SheetRef &sheet, const FormatName 
     const auto definition = definitionOf(name);
     const std::string place = placeOf(work, sheet);
     checkLibrary(TRV_FMT_add_format(sheet.tag, name.format.c_str(), name.size.c_str()), place);
-    // The library places what the definition requires; what the site adds to that is placed here.
-    const auto placed = definition->GetRequiredBlockIds(true);
-    for (const std::string &id : definition->GetRequiredBlockIds(false)) {
-        if (std::count(placed.begin(), placed.end(), id) == 0)
-            checkLibrary(TRV_FMT_add_block(sheet.tag, id.c_str()), place);
-    }
+    addSiteBlocks(sheet, *definition, place);
+}
+
+void addSiteBlocks(const SheetRef &sheet, const TrFormatDefV1 &definition, const std::string &place)
+{
+    const auto format = TrDrawing::getDrawing(sheet.tag)->format();
+    for (const std::string &id : siteBlocks(definition))
+        if (!format->hasBlock(id)) checkLibrary(TRV_FMT_add_block(sheet.tag, id.c_str()), place);
 }
 
 std::string placeOf(const Workspace &work, const SheetRef &sheet)

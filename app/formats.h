@@ -23,6 +23,9 @@ boost::shared_ptr<TrFormatDefV1> definitionOf(const FormatName &name);
 int unitsOf(const FormatName &name);
 // Places the format on the sheet, then the blocks that only the site's settings require.
 void placeFormat(const Workspace &work, const SheetRef &sheet, const FormatName &name);
+// The library places what the definition requires; this what the site's settings add to that.
+void addSiteBlocks(const SheetRef &sheet, const TrFormatDefV1 &definition,
+                   const std::string &place);
 std::string placeOf(const Workspace &work, const SheetRef &sheet); // "a.qdraw, sheet S1"
 
 } // namespace app

@@ -2,6 +2,7 @@
 
 #include "app/output.h"
 #include "app/problem.h"
+#include "app/site_blocks.h"
 #include "app/update_block.h"
 #include "app/update_plan.h"
 #include "app/workspace.h"
@@ -52,7 +53,8 @@ void followFormat(TrFormatBase &format, const TrFormatDefV1 &disk, const SheetDr
     format.setDefinition(copy);
     const TrFormatSizeV1 size = copy->GetSizeDef(format.GetSizeName());
     if (size.IsNull()) return; // the sheet keeps its size and its frame
-    const bool frameAnew = has(drift.placed, "pattern art") || has(drift.definition, "frame_layer");
+    const bool frameAnew =
+        has(drift.placed, "pattern art") || has(drift.placed, "layer of the pattern");
     if (frameAnew) format.removePattern();
     if (has(drift.placed, "sheet size") || has(drift.definition, "units"))
         resizeWithoutBlocks(format, size);
@@ -71,7 +73,16 @@ std::vector<std::string> newlyRequired(const TrFormatDefV1 &stored, const TrForm
         if (!wasRequired && !format.hasBlock(id) && TrDefinitionFileManager::GetBlockDefinition(id))
             ids.push_back(id);
     }
+    for (const std::string &id : missingSiteBlocks(disk, format)) ids.push_back(id);
     return ids;
+}
+
+// Not a size that is gone, which the sheet keeps, nor blocks that are missing, which are added.
+bool differs(const SheetDrift &drift)
+{
+    return !drift.definition.empty() ||
+           std::any_of(drift.placed.begin(), drift.placed.end(),
+                       [](const Difference &one) { return one.what != kMissing; });
 }
 
 // --- the blocks ---------------------------------------------------------------------------------------
@@ -134,6 +145,15 @@ std::string nameOf(UpdateMethod method)
     return "orphan";
 }
 
+bool UpdateReport::changed() const
+{
+    return before.state == SheetState::legacy || formatChanged || !addedBlocks.empty() ||
+           !values.empty() || std::any_of(blocks.begin(), blocks.end(), [](const auto &block) {
+               return block.method == UpdateMethod::library || block.method == UpdateMethod::byId ||
+                      block.moved();
+           });
+}
+
 std::vector<std::string> lossesOf(const UpdateReport &report) { return lossesOf(report.values); }
 
 std::vector<std::string> rebuildDrifted(const std::vector<BlockPtr> &blocks)
@@ -178,7 +198,7 @@ UpdateReport updateSheet(tag_t sheet, const std::string &place, const SheetBefor
     const auto values = before.legacy ? before.values : valuesOn(*format);
 
     const auto required = newlyRequired(*format->getDefinition(), *disk, *format);
-    report.formatChanged = !report.before.definition.empty() || !report.before.placed.empty();
+    report.formatChanged = differs(report.before);
     if (report.formatChanged) followFormat(*format, *disk, report.before);
     const auto blocks = format->getBlocks();
     std::vector<bool> free;

@@ -28,8 +28,9 @@ struct UpdateReport {
     SheetDrift before;
     bool formatChanged = false;
     std::vector<BlockUpdate> blocks;
-    std::vector<std::string> addedBlocks; // newly required
+    std::vector<std::string> addedBlocks; // newly required, by the definition or by the site
     std::vector<ValueChange> values;
+    bool changed() const; // something on the sheet
 };
 
 // What a sheet of an older generation shows before anybody looks at it: looking converts it, by which fields

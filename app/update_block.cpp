@@ -1,5 +1,8 @@
 #include "app/update_block.h"
 
+#include "app/borders.h"
+#include "app/indentation.h"
+
 #include "content/entry.h"
 #include "content/field.h"
 #include "content/table.h"
@@ -14,7 +17,6 @@
 #include "ug_typed.hxx"
 
 #include <algorithm>
-#include <array>
 #include <map>
 #include <optional>
 #include <string>
@@ -29,39 +31,13 @@ using FieldPtr = boost::shared_ptr<TrFieldBase>;
 using TablePtr = boost::shared_ptr<TrTableBase>;
 using Key = std::pair<std::string, int>; // of several with one name, which
 
-constexpr std::size_t kBorders = 5;
-using Borders = std::array<int, kBorders>; // bottom, left, middle, right, top
-
-Borders policiesOf(const TrFieldDefV1 &def)
-{
-    return {def.GetBottomBorderPolicy(), def.GetLeftBorderPolicy(), def.GetMiddleBorderPolicy(),
-            def.GetRightBorderPolicy(), def.GetTopBorderPolicy()};
-}
-
-int flagOf(int policy) { return policy == 1 || policy == 4 ? 1 : 0; }
-
-// The note was indented by the definition that bears the field's name, also when the field shows that of
-// another one by now.
-int indentationOf(const TrFieldBase &field)
-{
-    const TrFieldDefV1 linked = field.GetDefinition();
-    if (linked.IsNull()) return 0;
-    const std::string name = field.GetFieldDefName();
-    if (linked.GetId() != name)
-        if (const auto block = field.GetBlock())
-            if (const auto own = block->GetDefinition()->GetFieldDefinition(name); !own.IsNull())
-                return own.GetIndentation();
-    return linked.GetIndentation();
-}
-
 // What stands for something else, the date of a part or a symbol, stays that: the lines as they were
-// typed, without the blanks that the note was indented by. Nothing but blanks is taken away.
+// typed, without the blanks that the note was indented by.
 TrFieldBase::Value typedInto(const TrFieldBase &field)
 {
     TrFieldBase::Value lines = field.GetNoteValue();
     if (lines.empty()) return field.GetValue();
-    int blanks = indentationOf(field);
-    while (blanks-- > 0 && lines.front().starts_with(' ')) lines.front().erase(0, 1);
+    lines.front().erase(0, static_cast<std::size_t>(drawnIndentation(field)));
     return lines;
 }
 
@@ -73,11 +49,7 @@ struct Memory {
     std::optional<Borders> policies; // none: the definition was lost
 
     explicit Memory(const TrFieldBase &field)
-        : value(typedInto(field)),
-          editable(field.GetIsEditable()), flags{field.GetHasBottomBorder(),
-                                                 field.GetHasLeftBorder(),
-                                                 field.GetHasMiddleBorder(),
-                                                 field.GetHasRightBorder(), field.GetHasTopBorder()}
+        : value(typedInto(field)), editable(field.GetIsEditable()), flags(bordersOf(field))
     {
         const TrFieldDefV1 def = field.GetDefinition();
         if (!def.IsNull() && def.GetId() == field.GetFieldDefName()) policies = policiesOf(def);
@@ -103,14 +75,16 @@ template <class Fields> Memories remember(const Fields &fields)
     return memories;
 }
 
-// A border that somebody switched stays as it is until the definition's policy becomes another one.
-void setBorders(TrFieldBase &field, const TrFieldDefV1 &def, const Memory &memory)
+// A border that is the user's stays as it is until the definition's policy becomes another one.
+void setBorders(TrFieldBase &field, const TrFieldDefV1 &def, const Memory &memory, bool inRow)
 {
     const Borders policies = policiesOf(def);
     Borders flags;
-    for (std::size_t i = 0; i < kBorders; ++i)
-        flags[i] = memory.policies && (*memory.policies)[i] == policies[i] ? memory.flags[i]
-                                                                           : flagOf(policies[i]);
+    for (std::size_t i = 0; i < kBorders; ++i) {
+        const bool stays = memory.policies && (*memory.policies)[i] == policies[i] &&
+                           !isDetermined(i, policies[i], inRow);
+        flags[i] = stays ? memory.flags[i] : flagOf(policies[i]);
+    }
     field.SetHasBottomBorder(flags[0]);
     field.SetHasLeftBorder(flags[1]);
     field.SetHasMiddleBorder(flags[2]);
@@ -121,19 +95,19 @@ void setBorders(TrFieldBase &field, const TrFieldDefV1 &def, const Memory &memor
 bool isRecomputed(const TrFieldDefV1 &def) { return def.GetUseDefaultInitially() == 0; }
 
 // The old value is the first one that the field gets: a default in between would be shared with other
-// fields.
-void restore(TrFieldBase &field, const TrFieldDefV1 &def, const Memory &memory)
+// fields. It counts as the second, which is also kept in attributes.
+void restore(TrFieldBase &field, const TrFieldDefV1 &def, const Memory &memory, bool inRow)
 {
-    field.SetNumberOfLines(0);
+    field.SetNumberOfLines(1);
     field.SetIsEditable(memory.editable);
-    setBorders(field, def, memory);
-    if (!isRecomputed(def)) field.ModifyValue(memory.value);
+    setBorders(field, def, memory, inRow);
+    field.ModifyValue(memory.value);
 }
 
 // Fields that keep their value first, so that those which are computed see them.
 template <class Fields>
 void fill(const Fields &fields, const std::vector<TrFieldDefV1> &definitions,
-          const Memories &memories)
+          const Memories &memories, bool inRow)
 {
     for (const bool computed : {false, true}) {
         Counter counter;
@@ -141,14 +115,14 @@ void fill(const Fields &fields, const std::vector<TrFieldDefV1> &definitions,
             const auto memory = memories.find(counter.next(definitions[i].GetId()));
             const bool known = memory != memories.end();
             if (computed != (!known || isRecomputed(definitions[i]))) continue;
-            if (computed) fields[i]->InitValues();
-            if (!known) continue;
-            if (computed) {
-                fields[i]->SetIsEditable(memory->second.editable);
-                setBorders(*fields[i], definitions[i], memory->second);
-            } else {
-                restore(*fields[i], definitions[i], memory->second);
+            if (!computed) {
+                restore(*fields[i], definitions[i], memory->second, inRow);
+                continue;
             }
+            fields[i]->InitValues();
+            if (!known) continue;
+            fields[i]->SetIsEditable(memory->second.editable);
+            setBorders(*fields[i], definitions[i], memory->second, inRow);
         }
     }
 }
@@ -222,7 +196,7 @@ void rebuildRows(const TrTableBase &table, const std::vector<RowMemory> &memorie
             field->SetDefinition(fieldDef);
             rows[i]->AddField(field);
         }
-        fill(rows[i]->getFields(), definitions, memories[i].fields);
+        fill(rows[i]->getFields(), definitions, memories[i].fields, true);
     }
 }
 
@@ -292,7 +266,7 @@ void rebuildBlock(TrBlockBase &block, const TrBlockDefV1 &disk)
 
     placeByDefinition(block);
     block.updatePattern();
-    fill(block.getFields(), def->GetFieldDefinitions(), memories);
+    fill(block.getFields(), def->GetFieldDefinitions(), memories, false);
     const auto tables = block.getTables();
     for (std::size_t i = 0; i < tables.size(); ++i)
         if (const auto memory = rows.find(order[i]); memory != rows.end())

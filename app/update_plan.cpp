@@ -113,7 +113,11 @@ Names reasonsAgainstLibrary(TrBlockBase &block, const BlockDrift &drift, const T
 {
     Names reasons;
     if (!drift.miswired.empty()) reasons.push_back("fields show the definitions of others");
-    if (!drift.placed.empty()) reasons.push_back("the block differs from its own definition");
+    const auto isArt = [](const Difference &one) { return one.what == "pattern art"; };
+    const auto art = std::count_if(drift.placed.begin(), drift.placed.end(), isArt);
+    if (art > 0) reasons.push_back("its pattern has changed");
+    if (art < std::ssize(drift.placed))
+        reasons.push_back("the block differs from its own definition");
     if (!pairsByPosition(namesOf(block.getFields()), idsOf(disk.GetFieldDefinitions())))
         reasons.push_back("fields have changed their order");
     if (!tablesPair(block, disk))

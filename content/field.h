@@ -5,6 +5,7 @@
 #include "udo/slots.h"
 #include "udo/udo.h"
 
+#include "point2.hxx"
 #include "point3.hxx"
 
 #include <boost/function.hpp>
@@ -99,9 +100,10 @@ public:
     virtual void ModifyBorder(const Rect &rect, int which); // 0 bottom, left, middle, right, 4 top
 
     // --- placement ------------------------------------------------------------------------------
-    double CalcHeight() const; // of the text and its two margins
-    void locate();             // by the definition, relative to the base point
-    void Move();               // the note to the stored point
+    double CalcHeight() const;        // of the text and its two margins
+    void locate();                    // by the definition, relative to the base point
+    Point2 placeByDefinition() const; // where locate() would put it; the field has a definition
+    void Move();                      // the note to the stored point
     // The borders of a box of signed height; nothing while it has no width or no height.
     void UpdateBorders(double h);
     // The borders of a field that stands in a block: as high as its cell, or as its text in a cell

@@ -78,21 +78,24 @@ double TrFieldBase::CalcHeight() const
     return note ? margins + QelFmt::NoteText(note->getTag()).height() : margins;
 }
 
+Point2 TrFieldBase::placeByDefinition() const
+{
+    const LumUg::Record def(GetDefinition());
+    const std::vector<double> base = baseLocation();
+    const Point2 raw = siteInBox(def, [this] { return CalcHeight(); });
+    QELFMT_INFO << "Raw Location = " << raw[0] << "," << raw[1];
+    return onSheet(def.get(Def::kRelativeOffsetType), raw, base,
+                   [this] { return TrDrawing::getDrawing(*this)->drawingSize(); });
+}
+
 // A field of an older block, which has no definition yet, stays where it is.
 void TrFieldBase::locate()
 {
     const TrFieldDefV1 definition = GetDefinition();
     if (definition.IsNull()) return;
-    const LumUg::Record def(definition);
-    const std::string id = def.get(Def::kId);
+    const std::string id = definition.GetId();
     QELFMT_INFO << "Locating note for field " << id;
-
-    const std::vector<double> base = baseLocation();
-    const Point2 raw = siteInBox(def, [this] { return CalcHeight(); });
-    QELFMT_INFO << "Raw Location = " << raw[0] << "," << raw[1];
-
-    const Point2 at = onSheet(def.get(Def::kRelativeOffsetType), raw, base,
-                              [this] { return TrDrawing::getDrawing(*this)->drawingSize(); });
+    const Point2 at = placeByDefinition();
     QELFMT_INFO << "location of field " << id << " = " << at[0] << "," << at[1];
     SetX(at[0]);
     SetY(at[1]);

@@ -99,6 +99,7 @@ FileUpdate updateOpened(Workspace &work, bool force)
                                         place, lost);
             return update;
         }
+        if (!report.changed()) continue;
         update.result = Result::updated;
         update.sheets.push_back(toJson(sheet, report));
     }

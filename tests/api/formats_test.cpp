@@ -1,6 +1,8 @@
 // Formats and blocks through the interface.
 #include "interface_story.h"
 
+#include "definitions/definition_file_manager.h"
+
 namespace {
 
 class Formats : public InterfaceStory {};
@@ -79,6 +81,31 @@ TEST_F(Formats, UnknownBlocksAreMovedAndDeletedWithoutChange)
                                   EXPECT_EQ(QEL_FMT_move_block(sheet, "GONE", there), 0);
                               }),
               "");
+}
+
+// NOTE is gone from the definitions; TITLE has lost a field and has got another one.
+TEST_F(Formats, AnUpdatePassesOverABlockThatIsGoneAndUpdatesTheOthers)
+{
+    addFormat();
+    ASSERT_EQ(TRV_FMT_add_block(sheet, "NOTE"), 0);
+    TrDefinitionFileManager::UnloadDefinitionFiles();
+    boost::filesystem::remove(story.definitionsFolder() + "/f.prt");
+    writeDefinitionPart(story, "f.prt", [] {
+        TrFormatDefV1 format = makeFormat("F", {"A3"});
+        format.SetRequiredBlockIds({"TITLE"});
+        TrBlockDefV1 title = makeBlock("TITLE");
+        title.AddFieldDefinition(makeTextField("NAME", 0.0));
+        title.AddFieldDefinition(makeTextField("ADDED", 40.0));
+    });
+    TrDefinitionFileManager::LoadDefinitionFiles();
+    ASSERT_EQ(TRV_FMT_update(sheet), 0) << TRV_FMT_ask_last_error();
+    EXPECT_EQ(blocks(), (Texts{"TITLE", "NOTE"}));
+    TRV_FMT_value_list_t list{0, nullptr};
+    EXPECT_EQ(TRV_FMT_ask_field_value(sheet, "TITLE", "ADDED", &list), 0)
+        << TRV_FMT_ask_last_error();
+    TRV_FMT_free_value(&list);
+    EXPECT_EQ(failure(TRV_FMT_ask_field_value(sheet, "TITLE", "LANG", &list)),
+              "No field with ID LANG on block.");
 }
 
 } // namespace

@@ -149,6 +149,7 @@ TEST_F(DrawingTest, OfTwoFormatsOnASheetTheOneLinkedFirstCounts)
 
 TEST_F(DrawingTest, RecordsThatAreNoFormatsArePassedOver)
 {
+    leavesRecords = true;
     const tag_t second = story.addSheet("SHEET2", 420, 297);
     auto *object = dynamic_cast<UgTypedObject *>(UgObject::find(second));
     ForeignRecord foreign;
@@ -181,6 +182,7 @@ TEST_F(DrawingTest, BlocksFieldsTablesAndDefinitionsKnowTheirSheetWhateverIsCurr
 
 TEST_F(DrawingTest, ARecordBelowNoFormatBelongsToTheCurrentSheet)
 {
+    leavesRecords = true;
     ForeignRecord orphan;
     orphan.SetInt(0, 1);
     EXPECT_EQ(TrDrawing::getDrawing(orphan)->drawingTag(), sheet);
@@ -365,6 +367,7 @@ TEST_F(DrawingTest, BlocksInOtherUnitsThanThePartAreNotKept)
 
 TEST_F(DrawingTest, AMissingFrameLosesTheOldFormat)
 {
+    leavesRecords = true; // the blocks that were to be kept
     addFormat();
     catalog.format("PLAIN").sizes[0].frame = "nosuch";
     reload();

@@ -216,6 +216,51 @@ TEST_F(FormatBlocks, RequiredBlocksCannotBeRemovedUnlessTheirDefinitionAllowsIt)
     EXPECT_EQ(removable, (Names{"REV", "NOTES"}));
 }
 
+// NOTES has lost its copy, TITLE too: what the format says of their names counts.
+TEST_F(FormatBlocks, ABlockThatHasLostItsDefinitionMayGoUnlessItIsRequired)
+{
+    addFormat();
+    format()->addBlock("NOTES");
+    for (const auto &block : format()->getBlocks()) {
+        for (const auto &field : block->getFields()) field->SetDefinition(TrFieldDefV1());
+        block->retainDefinition()->DeleteUDO();
+        ASSERT_TRUE(block->GetDefinition()->IsNull());
+    }
+    Names removable;
+    for (const auto &block : format()->removableBlocks())
+        removable.push_back(block->GetBlockDefName());
+    EXPECT_EQ(removable, Names{"NOTES"});
+}
+
+// A block of the user's that the new format has no place for, by its own definition and by the one on disk.
+TEST_F(FormatBlocks, ARetainedBlockWithoutAnyPlaceStaysWhereItIsAndTheLogTells)
+{
+    addFormat();
+    auto notes = format()->addBlock("NOTES");
+    set("NOTES", "TEXT", "kept");
+    const At before = blockAt("NOTES");
+    format()->retainBlock(notes);
+    drawing()->removeFormat();
+    const auto lines = infoLines([&] {
+        format()->initialize(dynamic_cast<UgTypedObject *>(UgObject::find(sheet)),
+                             formatDef("PLAIN"), size("A3", "PLAIN"), {notes});
+    });
+    EXPECT_EQ(std::count(lines.begin(), lines.end(),
+                         "Block NOTES has no location on this format and stays where it is."),
+              1);
+    EXPECT_EQ(blockAt("NOTES"), before);
+    EXPECT_EQ(value("NOTES", "TEXT"), "kept");
+}
+
+TEST_F(FormatBlocks, ABlockThatIsNotMovedCannotFollowToASizeWithoutPlaces)
+{
+    catalog.block("TITLE").places = {{"ISO", {{"A3", {{"corner", 190, 10, 2}}}, {"A2", {}}}}};
+    reload();
+    addFormat("A3");
+    EXPECT_EQ(textThrownBy([&] { resize("A2"); }),
+              "Block location on format not found for block TITLE");
+}
+
 // --- the callback ----------------------------------------------------------------------------------
 
 TEST_F(FormatBlocks, TheCallbackIsToldOfEveryBlockAlsoOfRequiredOnes)

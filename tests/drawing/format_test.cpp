@@ -148,6 +148,17 @@ TEST_F(FormatTest, ResizingToTheSizeItHasChangesNothing)
     EXPECT_EQ(nxhost::callCount("UF_DRAW_ask_drawing_info"), asked);
 }
 
+TEST_F(FormatTest, ResizingTellsInTheVerboseLogOfTheFrame)
+{
+    addFormat("A3");
+    Base::log::Recording recording{&QelFmt::verbose_log()};
+    resize("A2");
+    const auto texts = recording.texts();
+    const auto first = std::find(texts.begin(), texts.end(), "adding new frame");
+    ASSERT_NE(first, texts.end());
+    EXPECT_NE(std::find(first, texts.end(), "done adding pattern"), texts.end());
+}
+
 TEST_F(FormatTest, ASizeWithoutACodeIsACustomOneHeightFirst)
 {
     addFormat("TALL");

@@ -130,14 +130,18 @@ std::size_t Stage::count(const char *className) const
         .size();
 }
 
-void Stage::expectSound() const
+void expectSoundPart(bool leavesRecords)
 {
     const UgPart *part = UgSession::getWorkPart();
     std::map<tag_t, int> parents, owners;
+    std::vector<tag_t> children; // records of the library that hang on another one: all but formats
     for (UgTypedObject *object = part->iterateFirst(); object; object = part->iterateNext(object)) {
         EXPECT_NE(UF_OBJ_ask_status(object->getTag()), UF_OBJ_CONDEMNED) << object->getTag();
         const auto *udo = dynamic_cast<UgUDO *>(object);
         if (!udo) continue;
+        const auto record = LumUg::UDO::Create(object);
+        if (record && !boost::dynamic_pointer_cast<TrFormatBase>(record))
+            children.push_back(object->getTag());
         for (unsigned type = 1; type <= 4; ++type) {
             for (const UgObject *target : udo->getLinks(type)) {
                 ASSERT_TRUE(target && target->isAlive()) << "dangling link of type " << type;
@@ -148,6 +152,8 @@ void Stage::expectSound() const
         for (const UgObject *owned : udo->getOwnedObjects()) ++owners[owned->getTag()];
     }
     for (const auto &[tag, times] : parents) EXPECT_EQ(times, 1) << "child " << tag;
+    for (const tag_t tag : children)
+        EXPECT_TRUE(leavesRecords || parents.contains(tag)) << "left over: " << tag;
     for (const auto &[tag, times] : owners) EXPECT_EQ(times, 1) << "owned object " << tag;
 }
 

@@ -314,6 +314,22 @@ TEST_F(UpdateTest, ABlockWhoseDefinitionIsGoneIsPassedOver)
     EXPECT_TRUE(isCurrent());
 }
 
+TEST_F(UpdateTest, TwoBlocksOfADefinitionThatIsGoneArePassedOver)
+{
+    addFormat();
+    format()->addBlock("NOTES");
+    format()->addBlock("NOTES");
+    format()->addBlock("REV");
+    std::erase_if(catalog.blocks, [](const BlockDesc &desc) { return desc.id == "NOTES"; });
+    catalog.field("REV", "HEAD").x += 4;
+    reload();
+    const At before = noteAt("REV", "HEAD");
+    drawing()->updateFormat();
+    EXPECT_EQ(blockNames(), (Names{"TITLE", "NOTES", "NOTES", "REV"}));
+    EXPECT_EQ(noteAt("REV", "HEAD"), (At{before.x + 4, before.y}));
+    EXPECT_EQ(value("NOTES", "TEXT"), "NOTE");
+}
+
 TEST_F(UpdateTest, ABlockWithoutItsDefinitionIsCurrentAndGetsOneByUpdating)
 {
     auto def = block("TITLE")->retainDefinition();

@@ -1,6 +1,7 @@
 // In which state a sheet is, and what differs.
 #include "app/drift.h"
 #include "app/update.h"
+#include "content/entry.h"
 #include "definitions/field_def.h"
 #include "definitions/table_def.h"
 #include "tests/drawing/legacy.h"
@@ -221,6 +222,43 @@ TEST_F(Drift, AMiswiredSheetOfThePastIsFoundAndRepaired)
     saveAndReopen();
     EXPECT_EQ(state(), "current");
     EXPECT_EQ(value("TITLE", "NUMBER"), "4711");
+}
+
+TEST_F(Drift, LocksStayThroughAnUpdateById)
+{
+    addFormat("A3");
+    format()->addBlock("REV")->getTables()[0]->AppendEntry();
+    field("TITLE", "NUMBER")->SetIsEditable(0);
+    const auto cell = [&] { return block("REV")->getTables()[0]->getEntries()[0]->getFields()[1]; };
+    cell()->SetIsEditable(0);
+    catalog.block("TITLE").textLayer = 31;
+    catalog.block("REV").textLayer = 31;
+    reload();
+    const auto report = app::updateSheet(sheet, "the sheet");
+    EXPECT_EQ(report.blocks.at(0).method, app::UpdateMethod::byId);
+    EXPECT_EQ(field("TITLE", "NUMBER")->GetIsEditable(), 0);
+    EXPECT_EQ(field("TITLE", "NAME")->GetIsEditable(), 1);
+    EXPECT_EQ(cell()->GetIsEditable(), 0);
+}
+
+TEST_F(Drift, WhatAnUpdateAddsAndComputesIsReported)
+{
+    catalog.field("TITLE", "NUMBER").useDefaultInitially = 0;
+    reload();
+    addFormat("A3");
+    catalog.field("TITLE", "NUMBER").defaults = {"N-2"};
+    catalog.format("ISO").required.push_back("REV");
+    reload();
+    const auto report = app::updateSheet(sheet, "the sheet");
+    EXPECT_EQ(report.addedBlocks, Names{"REV"});
+    const auto number =
+        std::find_if(report.values.begin(), report.values.end(),
+                     [](const app::ValueChange &one) { return one.field == "NUMBER"; });
+    ASSERT_NE(number, report.values.end());
+    EXPECT_EQ(app::nameOf(number->kind), "recomputed");
+    EXPECT_EQ(number->before, Names{"N-1"});
+    EXPECT_EQ(number->after, Names{"N-2"});
+    EXPECT_EQ(state(), "current");
 }
 
 TEST_F(Drift, AnOlderGenerationIsLegacyUntilSomebodyLooks)

@@ -113,7 +113,7 @@ private:
         const Values before = valuesOn(sheet);
         // A field that was given a computed one's definition has lost its value before we come.
         const bool miswire = world.upTo(3) == 0 && !world.computesValues();
-        world.tame = miswire;
+        world.sparing = miswire;
         std::string edited = world.edit();
         for (int more = world.upTo(3); more > 0; --more) edited += ", " + world.edit();
         SCOPED_TRACE(edited + (miswire ? ", after the library's own update" : ""));

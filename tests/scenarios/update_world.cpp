@@ -116,7 +116,7 @@ bool DefinitionWorld::computesValues() const
 
 std::string DefinitionWorld::edit()
 {
-    const int what = upTo(tame ? 14 : 20);
+    const int what = upTo(20);
     if (what < 6) return editFields(anyFields());
     if (what < 14) return editField(oneOf(anyFields()));
     if (what < 16) return editBlock();
@@ -166,7 +166,7 @@ std::string DefinitionWorld::editField(FieldModel &field)
 {
     FieldDesc &desc = field.desc;
     const std::string id = desc.id + ": ";
-    switch (upTo(tame ? 5 : 15)) {
+    switch (upTo(17)) {
     case 0:
         desc.x += 1 + upTo(9);
         return id + "x";
@@ -189,11 +189,14 @@ std::string DefinitionWorld::editField(FieldModel &field)
         desc.height = desc.height == 0.0 || upTo(3) ? desc.height + 2 : 0.0;
         return id + "height";
     case 7: {
-        int &policy = desc.borders[static_cast<std::size_t>(upTo(5))];
+        const int which = upTo(5);
+        if (which == 2 && sparing) break;
+        int &policy = desc.borders[static_cast<std::size_t>(which)];
         policy = policy ? 0 : 1;
         return id + "border policy";
     }
     case 8:
+        if (sparing) break;
         desc.useDefaultInitially = desc.useDefaultInitially ? 0 : 1;
         return id + "initially";
     case 9:
@@ -211,10 +214,17 @@ std::string DefinitionWorld::editField(FieldModel &field)
     case 13:
         field.margin += 1;
         return id + "margin";
+    case 14:
+        field.flip = 1 - field.flip;
+        return id + "flip";
+    case 15:
+        field.multiline = 1 - field.multiline;
+        return id + "multiline";
     default:
-        field.broadcast = "B" + std::to_string(m_next++);
-        return id + "broadcast";
+        break;
     }
+    field.broadcast = "B" + std::to_string(m_next++);
+    return id + "broadcast";
 }
 
 std::string DefinitionWorld::editBlock()
@@ -249,7 +259,7 @@ std::string DefinitionWorld::editTables()
     for (BlockModel &block : m_blocks) {
         if (block.desc.id != "REV") continue;
         auto &tables = block.tables;
-        switch (upTo(5)) {
+        switch (sparing ? 3 + upTo(2) : upTo(5)) {
         case 0:
             if (tables.size() > 1) {
                 std::rotate(tables.begin(), tables.begin() + 1, tables.end());

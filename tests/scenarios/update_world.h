@@ -61,8 +61,10 @@ public:
         return *(list.begin() + upTo(static_cast<int>(list.size())));
     }
 
-    // Slots that the library's own update cannot follow without touching values stay as they are.
-    bool tame = false;
+    // No edits by which the library's own update loses what nobody can bring back: the rows of tables that
+    // change places, fields that are computed from now on, and the middle borders of rows, which may as well
+    // have been switched.
+    bool sparing = false;
 
 private:
     FieldModel newField();
