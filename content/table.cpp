@@ -29,7 +29,14 @@ boost::shared_ptr<TrTableBase> TrTableBase::createTable()
     return boost::shared_ptr<TrTableBase>(new TrTableV1);
 }
 
-std::string TrTableBase::GetTableDefName() const { return get(kTableDefName); }
+// Every step by name through the interface asks for this: the texts alone, not the links to thousands
+// of rows that a whole reading of the record holds.
+std::string TrTableBase::GetTableDefName() const
+{
+    if (IsNull()) return get(kTableDefName); // which says so
+    const std::vector<std::string> texts = GetUdoObject()->getStrings();
+    return texts.size() > kTableDefName.index ? texts[kTableDefName.index] : std::string();
+}
 double TrTableBase::GetX() const { return get(kX); }
 double TrTableBase::GetY() const { return get(kY); }
 
