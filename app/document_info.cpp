@@ -8,6 +8,7 @@
 #include "drawing/format.h"
 
 #include "display/note_text.h"
+#include "display/pdf_file.h"
 
 #include <fmt/chrono.h>
 #include <fmt/format.h>
@@ -90,6 +91,11 @@ void addDateOption(CLI::App *verb, host::display::RenderOptions &options)
             options.creationDate = asked == "now" ? fmt::format("{:%Y-%m-%dT%H:%M:%SZ}",
                                                                 fmt::gmtime(std::time(nullptr)))
                                                   : asked;
+            try {
+                host::display::pdfDate(*options.creationDate);
+            } catch (const host::display::RenderError &wrong) {
+                throw CLI::ValidationError("--date", wrong.what());
+            }
         },
         "Creation date of a PDF: now, 2024-05-01 or 2024-05-01T12:00:00Z; none without it");
 }

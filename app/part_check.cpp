@@ -1,6 +1,7 @@
 // part check: what is wrong with drawings as files.
 #include "app/output.h"
 #include "app/part_verbs.h"
+#include "app/readable.h"
 
 #include "udo/class_names.h"
 
@@ -71,7 +72,7 @@ void print(const Options &options, const Checked &checked)
         return;
     }
     for (const nxhost::PartFinding &finding : checked.result.findings)
-        printLine(fmt::format("{}: {}: {}", checked.path, finding.kind, finding.text));
+        printLine(readable(fmt::format("{}: {}: {}", checked.path, finding.kind, finding.text)));
     const std::size_t n = checked.result.findings.size();
     if (!checked.result.refusal.empty())
         printNote(options,

@@ -1,6 +1,7 @@
 // part salvage: a new drawing of all that can be read out of a damaged one.
 #include "app/output.h"
 #include "app/part_verbs.h"
+#include "app/readable.h"
 
 #include "nxhost/part_files.h"
 #include "uf.h"
@@ -8,6 +9,7 @@
 
 #include <fmt/format.h>
 
+#include <filesystem>
 #include <memory>
 
 namespace app {
@@ -19,10 +21,28 @@ struct SalvageArguments {
     std::string output;
 };
 
-nxhost::PartSalvage salvage(const SalvageArguments &arguments)
+// What a salvage would give, without one.
+nxhost::PartSalvage tried(const SalvageArguments &arguments)
+{
+    if (std::filesystem::exists(arguments.output))
+        throw Problem(arguments.output +
+                      ": there is a file of this name already. Choose another name.");
+    const nxhost::PartCheck check = nxhost::checkPartFile(arguments.path);
+    if (!check.salvageable)
+        throw Problem(arguments.path +
+                      ": nothing of a part can be read out of it. Restore the file "
+                      "from a backup copy.");
+    nxhost::PartSalvage result{check.objects, {}};
+    for (const nxhost::PartFinding &finding : check.findings)
+        if (!finding.mended.empty()) result.lost.push_back(finding);
+    return result;
+}
+
+nxhost::PartSalvage salvage(const SalvageArguments &arguments, bool dryRun)
 {
     try {
-        return nxhost::salvagePartFile(arguments.path, arguments.output);
+        return dryRun ? tried(arguments)
+                      : nxhost::salvagePartFile(arguments.path, arguments.output);
     } catch (const UgException &failure) {
         throw Problem::ofPart(arguments.path, failure.askErrorCode());
     }
@@ -47,15 +67,17 @@ Json toJson(const SalvageArguments &arguments, const nxhost::PartSalvage &result
 int salvagePart(const Options &options, const SalvageArguments &arguments)
 {
     UgException::throwOnFailure(UF_initialize());
-    const nxhost::PartSalvage result = salvage(arguments);
+    const nxhost::PartSalvage result = salvage(arguments, options.dryRun);
     if (options.json) {
         printJson(toJson(arguments, result));
     } else {
         for (const nxhost::PartFinding &finding : result.lost)
-            printLine(fmt::format("{}; {}", finding.text, finding.mended));
-        printNote(options, fmt::format("{}: {} objects; {}", arguments.output, result.objects,
-                                       result.lost.empty() ? "nothing was lost"
-                                                           : "what was lost is listed above"));
+            printLine(readable(fmt::format("{}; {}", finding.text, finding.mended)));
+        printNote(
+            options,
+            fmt::format("{}: {}; {}{}", arguments.output, counted(result.objects, "object"),
+                        result.lost.empty() ? "nothing was lost" : "what was lost is listed above",
+                        options.dryRun ? " (nothing saved)" : ""));
     }
     return result.lost.empty() ? kFine : kFindings;
 }

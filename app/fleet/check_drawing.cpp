@@ -1,5 +1,6 @@
 #include "app/fleet/check_drawing.h"
 
+#include "app/fleet/wide_pattern.h"
 #include "app/values.h"
 
 #include "content/entry.h"
@@ -16,6 +17,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <set>
 
 namespace app::fleet {
@@ -201,7 +203,7 @@ private:
         for (const SeenValue &value : sheet.values) {
             if (!rule.matches(value)) continue;
             m_matched.insert(index);
-            const auto complaint = rule.question->complaint({m_drawing, sheet, value});
+            const auto complaint = complaintOf(rule, {m_drawing, sheet, value});
             if (!complaint) continue;
             m_findings.push_back({{"sheet", sheet.ref.name},
                                   {"block", value.block},
@@ -209,8 +211,21 @@ private:
                                   {"value", toJson(splitLines(value.text))},
                                   {"rule", index},
                                   {"severity", nameOf(rule.severity)},
-                                  {"message", *complaint},
-                                  {"remedy", rule.remedy}});
+                                  {"message", complaint->message},
+                                  {"remedy", complaint->remedy}});
+        }
+    }
+
+    // A value that a rule's pattern cannot be held against spoils neither the others nor the drawing.
+    static std::optional<StateText> complaintOf(const Rule &rule, const Place &place)
+    {
+        try {
+            const auto complaint = rule.question->complaint(place);
+            if (!complaint) return {};
+            return StateText{*complaint, rule.remedy};
+        } catch (const PatternTooComplex &) {
+            return StateText{"cannot be held against the rule's pattern: it would take too long",
+                             "simplify the pattern: no repetition inside another one"};
         }
     }
 

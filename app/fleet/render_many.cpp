@@ -3,7 +3,7 @@
 #include "app/fleet/claims.h"
 #include "app/fleet/drawing_handler.h"
 #include "app/fleet/notes_once.h"
-#include "app/fleet/output_file.h"
+#include "app/fleet/render_merged.h"
 #include "app/fleet/report_output.h"
 #include "app/output.h"
 #include "app/picture.h"
@@ -46,12 +46,6 @@ std::map<std::string, std::string> outputsOf(const std::vector<Found> &found,
     return outputs;
 }
 
-void requireSheets(const Workspace &work, const std::vector<SheetRef> &sheets)
-{
-    if (sheets.empty())
-        throw Problem(work.path() + ": has no sheet: add one with 'qelfmt sheet add'");
-}
-
 // Two drawings that have several sheets may come to one name all the same.
 void claim(const Claims &claims, const std::string &name, const std::string &drawing)
 {
@@ -66,8 +60,7 @@ void claim(const Claims &claims, const std::string &name, const std::string &dra
 std::string drawAll(Workspace &work, const std::string &output, const Claims &claims,
                     const RenderManyArguments &arguments, bool dryRun)
 {
-    const std::vector<SheetRef> sheets = work.sheets();
-    requireSheets(work, sheets);
+    const std::vector<SheetRef> sheets = sheetsOf(work);
     const std::vector<std::string> names = pictureNames(sheets, output);
     for (const std::string &name : names) claim(claims, name, work.path());
     Json result{{"names", names}, {"notes", Json::array()}};
@@ -92,41 +85,6 @@ template <class Take> void eachDone(Run &run, const Take &take)
     });
 }
 
-int merge(const Options &options, const RenderManyArguments &arguments,
-          const std::vector<Found> &found)
-{
-    Workspace work(options, false);
-    std::vector<host::display::DisplayList> pages;
-    RunEnd end;
-    for (const Found &one : found) {
-        try {
-            work.open(one.path);
-            const std::vector<SheetRef> sheets = work.sheets();
-            requireSheets(work, sheets);
-            for (const SheetRef &sheet : sheets) {
-                pages.push_back(host::display::displayList(sheet.tag));
-                pages.back().sheet = fs::path(one.name).stem().string() + ", " + sheet.name;
-            }
-        } catch (const std::exception &failure) {
-            ++end.failed;
-            fmt::print(stderr, "qelfmt: {}\n", failure.what());
-        }
-        work.close();
-    }
-    if (pages.empty()) throw Problem(arguments.output + ": no sheet to draw: nothing is written");
-    if (!options.dryRun) {
-        OutputFile file(arguments.output);
-        const std::string bytes = host::display::pdfOf(pages, arguments.options);
-        std::fwrite(bytes.data(), 1, bytes.size(), file.stream());
-        file.finish();
-    }
-    if (options.json)
-        printJson(Json::array({arguments.output}));
-    else
-        printLine(fmt::format("{}: {} pages", arguments.output, pages.size()));
-    return end.status();
-}
-
 } // namespace
 
 int renderMany(const Options &options, const RenderManyArguments &arguments)
@@ -136,7 +94,7 @@ int renderMany(const Options &options, const RenderManyArguments &arguments)
         printNote(options, "no drawings there (*.qdraw)");
         return kFine;
     }
-    if (arguments.merge) return merge(options, arguments, found);
+    if (arguments.merge) return renderMerged(options, arguments, found);
     const auto outputs = outputsOf(found, arguments);
     Run run(options, arguments.run,
             fmt::format("render {} {} -o {} {} {} {} {} {}", joined(arguments.paths.paths, " "),

@@ -5,6 +5,7 @@
 #include "app/fleet/report_output.h"
 #include "app/problem.h"
 #include "app/read_text.h"
+#include "app/text_file.h"
 
 #include <fmt/format.h>
 
@@ -198,8 +199,9 @@ bool isReport(const std::string &path)
                std::count(rows[0].begin(), rows[0].end(), "file") > 0 &&
                std::count(rows[0].begin(), rows[0].end(), "sheet") > 0;
     }
-    std::ifstream file(path, std::ios::binary);
-    const Json whole = Json::parse(file, nullptr, false);
+    std::string why; // told where the file is read
+    const auto text = readTextFile(path, why);
+    const Json whole = Json::parse(text.value_or(""), nullptr, false);
     return whole.is_array() && !whole.empty() && whole[0].is_object() && whole[0].contains("file");
 }
 

@@ -1,6 +1,7 @@
 #include "app/fleet/run.h"
 
 #include "app/definition_folders.h"
+#include "app/fleet/interrupts.h"
 #include "app/fleet/progress.h"
 #include "app/output.h"
 #include "app/problem.h"
@@ -9,7 +10,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <filesystem>
 #include <thread>
 
@@ -17,36 +17,12 @@ namespace app::fleet {
 
 namespace {
 
-constexpr int kInterruptedStatus = 130; // as shells tell the end by an interrupt
 // What the platform keeps for the life of a process must not add up.
 constexpr std::size_t kItemsPerWorker = 250;
 
 // For the processes of a run that was killed, until each has ended what it had begun.
 constexpr auto kPatience = std::chrono::seconds(60);
 constexpr auto kNoPatience = std::chrono::seconds(0);
-
-volatile std::sig_atomic_t interrupts = 0;
-
-// The first interrupt ends the run in order, the second one at once.
-class InterruptGuard {
-public:
-    InterruptGuard()
-    {
-        interrupts = 0;
-        struct sigaction action {};
-        action.sa_handler = [](int) {
-            interrupts = interrupts + 1;
-            if (interrupts > 1) std::signal(SIGINT, SIG_DFL);
-        };
-        sigaction(SIGINT, &action, &m_before);
-    }
-    ~InterruptGuard() { sigaction(SIGINT, &m_before, nullptr); }
-    InterruptGuard(const InterruptGuard &) = delete;
-    InterruptGuard &operator=(const InterruptGuard &) = delete;
-
-private:
-    struct sigaction m_before {};
-};
 
 // Most messages name the drawing already, by this path or the whole one.
 std::string withName(const std::string &key, const std::string &text)
@@ -168,8 +144,8 @@ RunEnd Run::execute(std::function<Handler()> startWorker,
                 }
                 progress.ended(m_keys[item]);
             },
-            [] { return interrupts > 0; }, [&] { progress.refresh(); });
-        end.interrupted = interrupts > 0 && done + end.failed < m_keys.size();
+            [] { return InterruptGuard::interrupted(); }, [&] { progress.refresh(); });
+        end.interrupted = InterruptGuard::interrupted() && done + end.failed < m_keys.size();
     }
     m_interrupted = end.interrupted;
     if (!end.interrupted) return end;

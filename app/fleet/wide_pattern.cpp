@@ -48,7 +48,11 @@ std::optional<std::vector<std::string>> WidePattern::match(const std::string &te
     const std::wstring wide = utf_to_utf<wchar_t>(text);
     boost::wsmatch found;
     const auto flags = boost::match_default | boost::match_not_dot_newline; // as in Perl
-    if (!boost::regex_match(wide, found, m_pattern, flags)) return {};
+    try {
+        if (!boost::regex_match(wide, found, m_pattern, flags)) return {};
+    } catch (const std::runtime_error &) { // the engine gives up where it would take for ever
+        throw PatternTooComplex();
+    }
     std::vector<std::string> groups;
     for (const auto &group : found) groups.push_back(utf_to_utf<char>(group.str()));
     return groups;

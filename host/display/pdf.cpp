@@ -3,9 +3,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
+#include <utility>
 
 #include "display/deflate.h"
 #include "display/numbers.h"
+#include "display/pdf_document.h"
 #include "display/pdf_file.h"
 #include "display/pdf_painter.h"
 
@@ -43,7 +46,7 @@ std::string boxes(const DisplayList &list)
 }
 
 // With several sheets the reader's side bar lists them by name.
-std::string outlines(const std::vector<DisplayList> &pages, const std::vector<int> &ids,
+std::string outlines(const std::vector<std::string> &pages, const std::vector<int> &ids,
                      PdfFile &file)
 {
     if (pages.size() < 2) return {};
@@ -51,7 +54,7 @@ std::string outlines(const std::vector<DisplayList> &pages, const std::vector<in
     std::vector<int> items;
     for (std::size_t i = 0; i < pages.size(); ++i) items.push_back(file.reserve());
     for (std::size_t i = 0; i < pages.size(); ++i) {
-        std::string item = "<</Title" + pdfText(pages[i].sheet) + "/Parent " + reference(root);
+        std::string item = "<</Title" + pdfText(pages[i]) + "/Parent " + reference(root);
         if (i > 0) item += "/Prev " + reference(items[i - 1]);
         if (i + 1 < items.size()) item += "/Next " + reference(items[i + 1]);
         file.put(items[i], item + "/Dest[" + reference(ids[i]) + "/Fit]>>");
@@ -76,6 +79,54 @@ std::string information(const RenderOptions &options)
     return info + ">>";
 }
 
+// The fonts first, then page by page, in the end what holds them together.
+class PdfWriter {
+public:
+    PdfWriter(const Shaper &shaper, const RenderOptions &options, PdfDocument::Sink sink)
+        : m_options(options), m_sink(std::move(sink)), m_catalog(m_file.reserve()),
+          m_tree(m_file.reserve()), m_fonts(shaper), m_resources(m_fonts.write(m_file))
+    {
+        m_sink(m_file.take());
+    }
+
+    void add(const Page &page)
+    {
+        const DisplayList &list = *page.list;
+        PdfPainter painter(m_fonts, m_options.monochrome, kPointsPerMillimetre / userUnit(list));
+        paint(page, painter);
+        const int content = m_file.putStream(deflated(painter.finish()));
+        m_ids.push_back(m_file.put("<</Type/Page/Parent " + reference(m_tree) + boxes(list) +
+                                   "/Contents " + reference(content) + ">>"));
+        m_names.push_back(list.sheet);
+        m_sink(m_file.take());
+    }
+
+    void finish()
+    {
+        std::string kids;
+        for (const int id : m_ids) kids += reference(id) + ' ';
+        m_file.put(m_tree, "<</Type/Pages/Count " + std::to_string(m_ids.size()) + "/Kids[" + kids +
+                               "]/Resources<<" + m_resources + ">>>>");
+        const std::string view =
+            m_options.title.empty() ? "" : "/ViewerPreferences<</DisplayDocTitle true>>";
+        m_file.put(m_catalog, "<</Type/Catalog/Pages " + reference(m_tree) +
+                                  outlines(m_names, m_ids, m_file) + view + ">>");
+        const int info = m_file.put(information(m_options));
+        m_sink(m_file.finish(m_catalog, info));
+    }
+
+private:
+    const RenderOptions m_options;
+    const PdfDocument::Sink m_sink;
+    PdfFile m_file;
+    const int m_catalog;
+    const int m_tree;
+    const PdfFonts m_fonts;
+    const std::string m_resources;
+    std::vector<int> m_ids; // of the pages
+    std::vector<std::string> m_names;
+};
+
 } // namespace
 
 std::string pdfOf(const std::vector<DisplayList> &lists, const RenderOptions &options,
@@ -88,28 +139,45 @@ std::string pdfOf(const std::vector<DisplayList> &lists, const RenderOptions &op
     for (const DisplayList &list : lists) pages.push_back(shaped(list, shaper));
     if (result) result->substitutions = shaper.substitutions();
 
-    PdfFile file;
-    const int catalog = file.reserve(), tree = file.reserve();
-    const PdfFonts fonts(shaper);
-    const std::string resources = fonts.write(file);
-    std::vector<int> ids;
-    std::string kids;
-    for (const Page &page : pages) {
-        PdfPainter painter(fonts, options.monochrome, kPointsPerMillimetre / userUnit(*page.list));
-        paint(page, painter);
-        const int content = file.putStream(deflated(painter.finish()));
-        ids.push_back(file.put("<</Type/Page/Parent " + reference(tree) + boxes(*page.list) +
-                               "/Contents " + reference(content) + ">>"));
-        kids += reference(ids.back()) + ' ';
-    }
-    file.put(tree, "<</Type/Pages/Count " + std::to_string(ids.size()) + "/Kids[" + kids +
-                       "]/Resources<<" + resources + ">>>>");
-    const std::string view =
-        options.title.empty() ? "" : "/ViewerPreferences<</DisplayDocTitle true>>";
-    file.put(catalog,
-             "<</Type/Catalog/Pages " + reference(tree) + outlines(lists, ids, file) + view + ">>");
-    const int info = file.put(information(options));
-    return file.finish(catalog, info);
+    std::string bytes;
+    PdfWriter writer(shaper, options, [&](std::string_view more) { bytes += more; });
+    for (const Page &page : pages) writer.add(page);
+    writer.finish();
+    return bytes;
+}
+
+// --- page by page -------------------------------------------------------------------------------
+
+struct PdfDocument::State {
+    Shaper shaper;
+    std::size_t signs = 0; // in the fonts
+    std::optional<PdfWriter> writer;
+};
+
+PdfDocument::PdfDocument() : m_state(std::make_unique<State>()) {}
+
+PdfDocument::~PdfDocument() = default;
+
+void PdfDocument::look(const DisplayList &page) { shaped(page, m_state->shaper); }
+
+void PdfDocument::begin(const RenderOptions &options, Sink sink)
+{
+    m_state->signs = m_state->shaper.uses().size();
+    m_state->writer.emplace(m_state->shaper, options, std::move(sink));
+}
+
+void PdfDocument::add(const DisplayList &page)
+{
+    const Page painted = shaped(page, m_state->shaper);
+    if (m_state->shaper.uses().size() > m_state->signs)
+        throw RenderError(page.sheet + ": has changed while it was drawn; draw it again.");
+    m_state->writer->add(painted);
+}
+
+RenderResult PdfDocument::finish()
+{
+    m_state->writer->finish();
+    return {m_state->shaper.substitutions()};
 }
 
 } // namespace host::display

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <string>
+#include <utility>
 
 #include "display/render.h"
 #include "display/utf8.h"
@@ -18,7 +20,7 @@ int PdfFile::reserve()
 
 void PdfFile::put(int id, std::string_view body)
 {
-    m_offsets[static_cast<std::size_t>(id - 1)] = m_bytes.size();
+    m_offsets[static_cast<std::size_t>(id - 1)] = place();
     m_bytes.append(std::to_string(id)).append(" 0 obj\n").append(body).append("\nendobj\n");
 }
 
@@ -43,9 +45,15 @@ int PdfFile::putStream(std::string_view deflatedData, std::string_view entries)
     return id;
 }
 
+std::string PdfFile::take()
+{
+    m_taken += m_bytes.size();
+    return std::exchange(m_bytes, {});
+}
+
 std::string PdfFile::finish(int catalog, int info)
 {
-    const std::size_t table = m_bytes.size();
+    const std::size_t table = place();
     const std::string size = std::to_string(m_offsets.size() + 1);
     m_bytes.append("xref\n0 ").append(size).append("\n0000000000 65535 f \n");
     for (const std::size_t offset : m_offsets) {
@@ -56,7 +64,7 @@ std::string PdfFile::finish(int catalog, int info)
     m_bytes.append("trailer<</Size ").append(size);
     m_bytes.append("/Root ").append(reference(catalog)).append("/Info ").append(reference(info));
     m_bytes.append(">>\nstartxref\n").append(std::to_string(table)).append("\n%%EOF\n");
-    return std::move(m_bytes);
+    return take();
 }
 
 std::string reference(int id) { return std::to_string(id) + " 0 R"; }
@@ -103,10 +111,21 @@ bool number(std::string_view text, std::size_t at, std::size_t length, int least
     return value >= least && value <= most;
 }
 
+int daysIn(int month, int year)
+{
+    const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+    if (month == 2) return leap ? 29 : 28;
+    return month == 4 || month == 6 || month == 9 || month == 11 ? 30 : 31;
+}
+
 bool isDay(std::string_view text)
 {
-    return text.size() >= 10 && number(text, 0, 4, 0, 9999) && text[4] == '-' &&
-           number(text, 5, 2, 1, 12) && text[7] == '-' && number(text, 8, 2, 1, 31);
+    if (text.size() < 10 || !number(text, 0, 4, 0, 9999) || text[4] != '-' ||
+        !number(text, 5, 2, 1, 12) || text[7] != '-')
+        return false;
+    const int year = std::stoi(std::string(text.substr(0, 4)));
+    const int month = std::stoi(std::string(text.substr(5, 2)));
+    return number(text, 8, 2, 1, daysIn(month, year));
 }
 
 bool isTime(std::string_view text) // T12:00:00

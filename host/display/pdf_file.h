@@ -15,10 +15,14 @@ public:
     int put(std::string_view body);
     void putStream(int id, std::string_view deflatedData, std::string_view entries = {});
     int putStream(std::string_view deflatedData, std::string_view entries = {});
-    std::string finish(int catalog, int info);
+    std::string take();                        // what is there so far; the rest goes on behind it
+    std::string finish(int catalog, int info); // the rest
 
 private:
+    std::size_t place() const { return m_taken + m_bytes.size(); }
+
     std::string m_bytes;
+    std::size_t m_taken = 0;
     std::vector<std::size_t> m_offsets; // by number - 1
 };
 

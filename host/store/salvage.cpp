@@ -219,7 +219,9 @@ Salvage salvage(const std::string &path, const std::string &newPath)
         files::putDurably(newPath, settled(examined.image, newPath), files::Existing::keep);
     } catch (const files::FileError &error) {
         if (error.number == EEXIST) throw taken;
-        throw cannotWrite(newPath, describe(error));
+        throw StoreError{UF_PART_err_cannot_write,
+                         newPath + ": the new part cannot be written: " + describe(error) +
+                             ". Check that the folder exists, may be written to and has room."};
     }
     Salvage result{examined.objects, {}};
     for (Finding &finding : examined.findings)

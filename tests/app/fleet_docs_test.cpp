@@ -64,6 +64,13 @@ protected:
     {
         return shell("sh -c 'command -v " + program + "'").status == 0;
     }
+    std::string slurmScript() const
+    {
+        std::string script;
+        for (const Block &block : blocksOf("fleet.md"))
+            if (block.kind == "sh slurm") script = block.text;
+        return script;
+    }
     static bool isScript(const Block &block) { return block.kind == "sh"; }
 };
 
@@ -155,11 +162,22 @@ TEST_F(FleetDocs, PartsOfAReportAreMadeUnderParallelAndMerged)
     EXPECT_EQ(lineCount(read("whole.csv")), 7u);
 }
 
+// Where Slurm is at work the tasks are its own; the next test is theirs elsewhere.
+TEST_F(FleetDocs, SlurmRunsTheArrayJob)
+{
+    if (!has("sbatch") || shell("sinfo --noheader").status != 0)
+        GTEST_SKIP() << "there is no Slurm that takes jobs";
+    changeDefinitions();
+    write("update.sbatch", slurmScript());
+    const Outcome outcome = shell("PATH=" + (folder / "bin").string() +
+                                  ":$PATH sbatch --wait --export=ALL --array=1-4 update.sbatch");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(qelfmt("--defs site check drawings").status, 0);
+}
+
 TEST_F(FleetDocs, TheTasksOfTheArrayJobUpdateEveryDrawingOnce)
 {
-    std::string script;
-    for (const Block &block : blocksOf("fleet.md"))
-        if (block.kind == "sh slurm") script = block.text;
+    const std::string script = slurmScript();
     ASSERT_TRUE(holds(script, "#SBATCH"));
     changeDefinitions();
     for (int task = 1; task <= 4; ++task) {
