@@ -1,6 +1,7 @@
 // Random callers of one table against plain arithmetic: wherever rows are appended, filled, moved,
-// hidden, shown or deleted, they stand where their heights put them.
-#include "tests/content/block_on_sheet.h"
+// hidden, shown or deleted, they stand where their heights put them, and their symbols say what the
+// row or the last one before it says.
+#include "tests/content/symbol_look.h"
 
 #include "uf_obj.h"
 
@@ -12,6 +13,7 @@ namespace {
 struct RowModel {
     Lines rev, text;
     bool hidden = false;
+    std::size_t symbols = 0;
 };
 
 bool isEmpty(const Lines &value) { return value == Lines{""}; }
@@ -41,8 +43,10 @@ protected:
                 def.SetTopBorderPolicy(1);
             });
         };
-        hasTable(tableDef("REV", {column("REV", 0), column("TEXT", 20)},
-                          [&](TrTableDefV1 &def) { def.SetDirection(direction); }));
+        hasTable(tableDef("REV", {column("REV", 0), column("TEXT", 20)}, [&](TrTableDefV1 &def) {
+            def.SetDirection(direction);
+            def.SetSymbol1Value("REV");
+        }));
         place();
         m_direction = direction == 0 ? -1.0 : 1.0;
         for (int i = 0; i < steps && !HasFailure(); ++i) {
@@ -79,7 +83,7 @@ private:
     }
     void step(std::mt19937 &random)
     {
-        const std::size_t kind = m_rows.empty() ? 0 : below(random, 12);
+        const std::size_t kind = m_rows.empty() ? 0 : below(random, 13);
         const std::size_t index = m_rows.empty() ? 0 : below(random, m_rows.size());
         switch (kind) {
         case 0:
@@ -120,6 +124,10 @@ private:
             table()->RecreateNotes();
             break;
         case 11:
+            table()->entry(index)->addSymbol(Point3(10.0, 10.0, 0.0));
+            ++m_rows[index].symbols;
+            break;
+        case 12:
             if (below(random, 4) == 0) saveAndReopen();
             break;
         }
@@ -132,6 +140,7 @@ private:
         ASSERT_EQ(rows.size(), m_rows.size());
         ASSERT_EQ(table()->entryCount(), m_rows.size());
         double y = 50.0;
+        std::string said; // by the last row that says something
         for (std::size_t i = 0; i < rows.size(); ++i) {
             SCOPED_TRACE("row " + std::to_string(i));
             const auto text = rows[i]->field("TEXT");
@@ -146,6 +155,13 @@ private:
             }
             ASSERT_EQ(strokes(*text).size(), 1u);
             ASSERT_NEAR(strokes(*text)[0].start.y, y, 1e-6); // the side at the base point
+            if (!isEmpty(m_rows[i].rev)) said = m_rows[i].rev.front();
+            ASSERT_EQ(rows[i]->getSymbols().size(), m_rows[i].symbols);
+            for (const auto &symbol : rows[i]->getSymbols()) {
+                ASSERT_EQ(lookOf(*symbol).text, Lines{said});
+                ASSERT_EQ(shown(symbol->GetSymbolObject()->getTag()).blank_status == UF_OBJ_BLANKED,
+                          m_rows[i].hidden);
+            }
             if (!m_rows[i].hidden) y += m_direction * heightOf(m_rows[i]);
         }
     }
