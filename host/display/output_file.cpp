@@ -3,8 +3,10 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "display/render.h"
@@ -80,12 +82,45 @@ private:
     bool m_done = false;
 };
 
+// A picture takes the place of a file, not of the link that leads to it.
+std::string followed(const std::string &path)
+{
+    std::error_code error;
+    if (!std::filesystem::is_symlink(path, error)) return path;
+    const auto target = std::filesystem::weakly_canonical(path, error);
+    return error ? path : target.string();
+}
+
+// A pipe or a device.
+bool isNoFile(const std::string &path)
+{
+    struct stat there {};
+    return ::stat(path.c_str(), &there) == 0 && !S_ISREG(there.st_mode) && !S_ISDIR(there.st_mode);
+}
+
+void writeInto(const std::string &path, std::string_view bytes)
+{
+    const int file = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+    int error = file < 0 ? errno : 0;
+    while (!error && !bytes.empty()) {
+        const ssize_t count = ::write(file, bytes.data(), bytes.size());
+        if (count >= 0)
+            bytes.remove_prefix(static_cast<std::size_t>(count));
+        else if (errno != EINTR)
+            error = errno;
+    }
+    if (file >= 0) ::close(file);
+    if (error) fail(path, error);
+}
+
 } // namespace
 
 void writeWhole(const std::string &path, std::string_view bytes)
 {
     if (path.empty()) throw RenderError("There is no file name to write the picture to; give one.");
-    TemporaryFile file(path);
+    if (isNoFile(path)) return writeInto(path, bytes);
+    const std::string target = followed(path);
+    TemporaryFile file(target);
     file.write(bytes);
     file.rename();
 }

@@ -3,6 +3,7 @@
 #include "picture.h"
 
 #include <cmath>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <sys/stat.h>
@@ -70,6 +71,22 @@ TEST_F(Files, AnExistingFileIsReplacedWhole)
     std::ofstream(file("a.pdf")) << std::string(1000000, 'x');
     writePdf({m_sheet}, file("a.pdf"));
     EXPECT_EQ(contentOf(file("a.pdf")), first);
+}
+
+TEST_F(Files, APictureGoesThroughALinkAndIntoADevice)
+{
+    std::ofstream(file("real.pdf")) << "old";
+    std::filesystem::create_symlink("real.pdf", file("link.pdf"));
+    writePdf({m_sheet}, file("link.pdf"));
+    EXPECT_TRUE(std::filesystem::is_symlink(file("link.pdf")));
+    EXPECT_EQ(contentOf(file("real.pdf")).substr(0, 5), "%PDF-");
+    std::filesystem::create_symlink("/dev/null", file("null.pdf"));
+    writePdf({m_sheet}, file("null.pdf"));
+    EXPECT_TRUE(std::filesystem::is_symlink(file("null.pdf")));
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+    std::filesystem::create_symlink("/dev/full", file("full.pdf"));
+    const std::string message = messageOf([&] { writePdf({m_sheet}, file("full.pdf")); });
+    EXPECT_NE(message.find("full.pdf: No space left on device"), std::string::npos) << message;
 }
 
 TEST_F(Files, ResolutionsOutOfRangeAreRefusedWithARange)

@@ -162,7 +162,7 @@ private:
             TextLook look;
             look.lineSpace = pitch;
             look.site = 1;
-            boxed({"pitch", std::to_string(pitch).substr(0, 3), "H"}, look, 135 + column++ * 15,
+            boxed({"pitch", std::to_string(pitch).substr(0, 3), "H"}, look, 126 + column++ * 14,
                   190);
         }
     }
