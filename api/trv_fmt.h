@@ -412,8 +412,8 @@ TRV_FMT_EXPORT int QEL_FMT_get_table_field_editable(unsigned int drawing, const 
                                                     const char *table_id, int entry,
                                                     const char *field_id, char *editable);
 
-/** Appends a row and tells the append-entry callback. A row that cannot be made, or that the callback
- *  throws an exception against, is taken back.
+/** Appends a row and tells the append-entry callback. A row that cannot be made leaves nothing; an
+ *  exception of the callback leaves the row.
  *  @param drawing  tag of the sheet
  *  @param block_id a block of its format
  *  @param table_id a table of that block

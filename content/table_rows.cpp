@@ -64,11 +64,11 @@ boost::shared_ptr<TrEntryBase> TrTableBase::AppendEntry()
         AddEntry(row);
         row->InitValues(*def);
         row->locate();
-        announce();
     } catch (...) {
         takeBack(row);
         throw;
     }
+    announce(); // the row is made, whatever they say who are told of it
     return row;
 }
 

@@ -370,7 +370,7 @@ TEST_F(TableRows, RowThatCannotBeMadeLeavesNothing)
     EXPECT_EQ(textPlaces(), (std::vector<At>{{125, 58}, {125, 52.5}}));
 }
 
-TEST_F(TableRows, RowThatTheCallbackRaisesAgainstIsTakenBack)
+TEST_F(TableRows, RowThatTheCallbackRaisesAgainstStands)
 {
     revisions();
     append("A", {"one"});
@@ -379,9 +379,9 @@ TEST_F(TableRows, RowThatTheCallbackRaisesAgainstIsTakenBack)
     };
     EXPECT_EQ(textThrownBy([&] { table()->AppendEntry(); }), "released drawings get no rows");
     TrTableBase::appendEntryCB() = nullptr;
-    EXPECT_EQ(revs(), "A");
+    EXPECT_EQ(table()->entryCount(), 2u);
     saveAndReopen();
-    EXPECT_EQ(revs(), "A");
+    EXPECT_EQ(table()->entryCount(), 2u);
 }
 
 TEST_F(TableRows, TableWithoutADefinitionGetsNoRows)
