@@ -11,6 +11,8 @@
 #include "definitions/field_def.h"
 #include "drawing/block.h"
 
+#include "NXOpen/Annotations_SimpleDraftingAid.hxx"
+#include "NXOpen/NXObjectManager.hxx"
 #include "uf_drf.h"
 #include "ug_displayable.hxx"
 #include "ug_exception.hxx"
@@ -37,6 +39,7 @@ public:
         if (m_def.IsNull()) return;
         compareIndentation();
         compareLetters();
+        compareUserSymbols();
         compareBorders(inRow);
         if (!inRow) comparePlace(); // rows stand on each other
     }
@@ -93,6 +96,23 @@ private:
         const bool ownSize = m_def.GetAltTextSizeNumChars() <= 0 || m_def.GetAltTextSize() == 0.0;
         if (ownSize && m_def.GetTextSize() > 0.0)
             compareNumber("size of the note", reals[UF_DRF_MPR_char_size], m_def.GetTextSize());
+    }
+
+    // Set with every text; a definition without a size leaves it.
+    void compareUserSymbols()
+    {
+        const UgDisplayableObject *note = m_field.GetNote();
+        if (!note) return;
+        using namespace NXOpen;
+        auto *aid =
+            dynamic_cast<Annotations::SimpleDraftingAid *>(NXObjectManager::Get(note->getTag()));
+        if (!aid) return;
+        Annotations::UserSymbolPreferences::SizeType type;
+        double length = 0.0, height = 0.0;
+        aid->GetUserSymbolSize(&type, &length, &height);
+        const bool sized = m_def.GetUserSymbolLength() > 0.0 && m_def.GetUserSymbolHeight() > 0.0;
+        compareNumber("length of user symbols", length, sized ? m_def.GetUserSymbolLength() : 0.0);
+        compareNumber("height of user symbols", height, sized ? m_def.GetUserSymbolHeight() : 0.0);
     }
 
     // A text in the middle of the height of its cell stands where its height at the time had it.

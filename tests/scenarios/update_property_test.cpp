@@ -15,6 +15,7 @@
 #include <iterator>
 #include <map>
 #include <regex>
+#include <set>
 #include <sstream>
 
 namespace {
@@ -97,13 +98,14 @@ private:
         Story story;
         m_story = &story;
         m_art.clear();
-        const tag_t sheet = story.newSheet();
+        tag_t sheet = story.newSheet();
         load(world);
         place(world, sheet);
         for (int i = 0; i < edits && !HasFailure(); ++i) {
             SCOPED_TRACE("edit " + std::to_string(i));
             type(world, sheet);
             step(world, sheet);
+            if (i % 5 == 4) sheet = reopened(sheet);
         }
         Catalog::unload();
     }
@@ -119,17 +121,78 @@ private:
         SCOPED_TRACE(edited + (miswire ? ", after the library's own update" : ""));
         load(world);
         if (miswire) TrDrawing::getDrawing(sheet)->updateFormat();
+        const Values found = valuesOn(sheet);
+        const auto locks = locksOn(sheet);
         const auto report = app::updateSheet(sheet, "the sheet");
         EXPECT_EQ(app::nameOf(app::driftOf(sheet).state), "current");
-        if (miswire)
-            settle(sheet); // blocks that the library had paired rightly are left as it drew them
+        EXPECT_EQ(changesReported(report), changesBetween(found, valuesOn(sheet)));
+        EXPECT_FALSE(app::updateSheet(sheet, "the sheet").changed());
+        for (const auto &[path, locked] : locksOn(sheet))
+            EXPECT_EQ(locked, locks.contains(path) && locks.at(path)) << path;
+        // Blocks that the library had paired rightly are left as it drew them, new ones as it placed them.
+        if (miswire || !report.addedBlocks.empty()) settle(sheet);
 
         const Values now = valuesOn(sheet);
         const tag_t fresh = freshSheet(world, sheet, before);
         EXPECT_EQ(nxhost::difference(visible(fresh), visible(sheet)), "");
-        EXPECT_EQ(now, valuesOn(fresh));
+        EXPECT_EQ(byBlock(now), byBlock(valuesOn(fresh)));
+        expectSoundPart();
         m_story->open(sheet);
         UgException::throwOnFailure(UF_DRAW_delete_drawing(fresh));
+    }
+
+    tag_t reopened(tag_t sheet)
+    {
+        const std::string before = nxhost::listSheet(sheet);
+        const Values values = valuesOn(sheet);
+        m_story->saveAndReopen();
+        const tag_t again = m_story->sheet(0);
+        EXPECT_EQ(nxhost::difference(before, nxhost::listSheet(again)), "");
+        EXPECT_EQ(valuesOn(again), values);
+        EXPECT_EQ(app::nameOf(app::driftOf(again).state), "current");
+        return again;
+    }
+
+    // --- what the report says ------------------------------------------------------------------------
+    using Lists = std::set<std::string>; // "lost REV.T3[0].F1"
+
+    static Lists changesReported(const app::UpdateReport &report)
+    {
+        Lists changes;
+        for (const app::ValueChange &one : report.values)
+            changes.insert(app::nameOf(one.kind) + " " + one.block + "." + one.field);
+        return changes;
+    }
+    static std::string named(const Path &path)
+    {
+        const std::string row =
+            path.table.empty() ? "" : path.table + "[" + std::to_string(path.row) + "].";
+        return path.block + "." + row + path.field;
+    }
+    // A value of which nothing can be seen is not missed.
+    static Lists changesBetween(const Values &before, const Values &after)
+    {
+        const std::map<Path, Lines> old(before.begin(), before.end());
+        const std::map<Path, Lines> now(after.begin(), after.end());
+        Lists changes;
+        for (const auto &[path, lines] : old) {
+            const bool blank = std::all_of(lines.begin(), lines.end(),
+                                           [](const auto &line) { return line.empty(); });
+            if (!now.contains(path) && !blank) changes.insert("lost " + named(path));
+            if (now.contains(path) && now.at(path) != lines)
+                changes.insert("recomputed " + named(path));
+        }
+        for (const auto &[path, lines] : now)
+            if (!old.contains(path)) changes.insert("added " + named(path));
+        return changes;
+    }
+    // Blocks that are required come first on a new sheet.
+    static Values byBlock(Values values)
+    {
+        std::stable_sort(values.begin(), values.end(), [](const auto &a, const auto &b) {
+            return a.first.block < b.first.block;
+        });
+        return values;
     }
 
     // --- definitions and their art ------------------------------------------------------------------
@@ -170,24 +233,43 @@ private:
     }
     void place(DefinitionWorld &world, tag_t sheet)
     {
-        addFormat(sheet, world.pick<const char *>({"A3", "A2"}));
+        const std::string size = world.pick<const char *>({"A3", "A2"});
+        addFormat(sheet, size);
         formatOn(sheet)->addBlock("REV");
         const auto notes = formatOn(sheet)->addBlock("NOTES");
-        if (world.upTo(2)) {
-            const double point[] = {double(50 + world.upTo(100)), double(50 + world.upTo(100))};
-            notes->locateBlock(point);
-        }
+        if (world.upTo(2))
+            putAnywhere(world, *notes);
+        else if (size == "A3") // the only one with two places
+            putAtPlace(*notes, world.upTo(2));
+        if (world.upTo(4) == 0) putAnywhere(world, *find(sheet, "TITLE"));
     }
-    // Some values, and now and then a row; some of them hidden.
+    static void putAnywhere(DefinitionWorld &world, TrBlockBase &block)
+    {
+        const double point[] = {double(50 + world.upTo(100)), double(50 + world.upTo(100))};
+        block.locateBlock(point);
+    }
+    static void putAtPlace(TrBlockBase &block, int index)
+    {
+        block.SetAlternateLocationIndex(index);
+        block.locateBlock(nullptr);
+    }
+    // Some values and locks, and now and then a row; some of them hidden. A block that is not required may go.
     void type(DefinitionWorld &world, tag_t sheet)
     {
-        for (const auto &block : formatOn(sheet)->getBlocks()) {
+        for (auto &block : formatOn(sheet)->getBlocks()) {
+            const std::string id = block->GetBlockDefName();
+            if (id != "TITLE" && !world.isRequired(id) && world.upTo(30) == 0) {
+                formatOn(sheet)->removeBlock(block);
+                continue;
+            }
             for (const auto &table : block->getTables())
                 if (table->entryCount() < 3 && world.upTo(2)) table->AppendEntry();
             for (const auto &field : block->getFields()) typeInto(world, *field);
             for (const auto &table : block->getTables())
-                for (const auto &row : table->getEntries())
+                for (const auto &row : table->getEntries()) {
                     for (const auto &field : row->getFields()) typeInto(world, *field);
+                    if (world.upTo(8) == 0) row->SetHideEntry(row->GetHideEntry() ? 0 : 1);
+                }
         }
         settle(sheet);
     }
@@ -195,7 +277,7 @@ private:
     {
         static int count = 0;
         const std::string text = "V" + std::to_string(++count);
-        switch (world.upTo(6)) {
+        switch (world.upTo(7)) {
         case 0:
             field.ModifyValue({text});
             break;
@@ -205,9 +287,34 @@ private:
         case 2:
             if (world.upTo(4) == 0) field.ModifyValue({""});
             break;
+        case 3:
+            if (world.upTo(2)) field.SetIsEditable(field.GetIsEditable() ? 0 : 1);
+            break;
+        case 4:
+            if (world.upTo(4) == 0) field.ModifyValue({"  " + text}); // blanks of its own
+            break;
         default:
             break;
         }
+    }
+    static std::map<Path, bool> locksOn(tag_t sheet)
+    {
+        std::map<Path, bool> locks;
+        for (const auto &block : formatOn(sheet)->getBlocks()) {
+            const std::string id = block->GetBlockDefName();
+            for (const auto &field : block->getFields())
+                locks[{id, "", 0, field->GetFieldDefName()}] = !field->GetIsEditable();
+            for (const auto &table : block->getTables()) {
+                int row = 0;
+                for (const auto &entry : table->getEntries()) {
+                    for (const auto &field : entry->getFields())
+                        locks[{id, table->GetTableDefName(), row, field->GetFieldDefName()}] =
+                            !field->GetIsEditable();
+                    ++row;
+                }
+            }
+        }
+        return locks;
     }
 
     // The sheet that somebody places today and fills in with the old values, field by field.
@@ -218,11 +325,13 @@ private:
         addFormat(sheet, old->GetSizeName());
         for (const auto &block : old->getBlocks()) {
             const std::string id = block->GetBlockDefName();
-            const auto fresh = id == "TITLE" ? find(sheet, id) : formatOn(sheet)->addBlock(id);
-            if (block->GetAlternateLocationIndex() < 0) {
-                const double point[] = {block->GetX(), block->GetY()};
-                fresh->locateBlock(point);
-            }
+            auto fresh = find(sheet, id); // when it is required
+            if (!fresh) fresh = formatOn(sheet)->addBlock(id);
+            const int index = block->GetAlternateLocationIndex();
+            if (index > 0) putAtPlace(*fresh, index);
+            if (index >= 0) continue;
+            const double point[] = {block->GetX(), block->GetY()};
+            fresh->locateBlock(point);
         }
         for (const auto &[path, lines] : values) {
             if (!world.isTyped(path.block, path.table, path.field)) {
@@ -232,8 +341,19 @@ private:
             const auto field = fieldAt(sheet, path);
             if (field) field->ModifyValue(lines);
         }
+        for (const auto &block : old->getBlocks())
+            for (const auto &table : block->getTables()) hideLike(sheet, *block, *table);
         settle(sheet);
         return sheet;
+    }
+    static void hideLike(tag_t sheet, TrBlockBase &block, const TrTableBase &table)
+    {
+        int row = 0;
+        for (const auto &entry : table.getEntries()) {
+            const auto fresh =
+                rowOf(sheet, {block.GetBlockDefName(), table.GetTableDefName(), row++, ""});
+            if (fresh && entry->GetHideEntry()) fresh->SetHideEntry(1);
+        }
     }
     // Text that is centred in its cell is centred when it is placed, not when it is typed; and what is
     // computed as it is placed, when it is placed again.

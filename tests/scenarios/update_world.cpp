@@ -19,6 +19,12 @@ FieldDesc described(const FieldModel &field)
         def.SetMarginHeight(field.margin);
         def.SetMarginWidth(field.margin);
         def.SetBroadcastString(field.broadcast);
+        def.SetBroadcastType(field.broadcastType);
+        def.SetBroadcastTableType(field.broadcastTable);
+        def.SetZoneField(field.zoneField);
+        def.SetSymbolFile(field.symbolFile);
+        def.SetUserSymbolLength(field.userSymbol);
+        def.SetUserSymbolHeight(field.userSymbol);
     };
     return desc;
 }
@@ -101,6 +107,12 @@ bool DefinitionWorld::isTyped(const std::string &blockId, const std::string &tab
             if (table.id == tableId) return typed(table.fields);
     }
     return false;
+}
+
+bool DefinitionWorld::isRequired(const std::string &block) const
+{
+    return std::find(m_format.required.begin(), m_format.required.end(), block) !=
+           m_format.required.end();
 }
 
 bool DefinitionWorld::computesValues() const
@@ -223,15 +235,39 @@ std::string DefinitionWorld::editField(FieldModel &field)
     default:
         break;
     }
-    field.broadcast = "B" + std::to_string(m_next++);
-    return id + "broadcast";
+    return id + editHiddenSlot(field);
+}
+
+// What nobody sees on the sheet at once.
+std::string DefinitionWorld::editHiddenSlot(FieldModel &field)
+{
+    switch (upTo(6)) {
+    case 0:
+        field.broadcastType = 1 - field.broadcastType;
+        return "broadcast type";
+    case 1:
+        field.broadcastTable = (field.broadcastTable + 1) % 3;
+        return "broadcast of tables";
+    case 2:
+        field.zoneField = 1 - field.zoneField;
+        return "zone field";
+    case 3:
+        field.symbolFile = 1 - field.symbolFile;
+        return "symbol file";
+    case 4:
+        field.userSymbol += 2.0;
+        return "user symbols";
+    default:
+        field.broadcast = "B" + std::to_string(m_next++);
+        return "broadcast";
+    }
 }
 
 std::string DefinitionWorld::editBlock()
 {
     BlockModel &block = oneOf(m_blocks);
     BlockDesc &desc = block.desc;
-    switch (upTo(5)) {
+    switch (upTo(6)) {
     case 0:
         desc.textLayer = 31 + m_next++ % 50;
         return desc.id + ": text layer";
@@ -246,6 +282,9 @@ std::string DefinitionWorld::editBlock()
             for (PlaceDesc &place : places)
                 if (place.x >= 0) place.x += 1;
         return desc.id + ": places";
+    case 4:
+        desc.movable = 1 - desc.movable;
+        return desc.id + ": movable";
     default: {
         const std::string name = pick<const char *>({"title", "rev", "frameA3", "frameA2"});
         m_art[name] += 1;
@@ -294,7 +333,13 @@ std::string DefinitionWorld::editTables()
 std::string DefinitionWorld::editFormat()
 {
     SizeDesc &size = m_format.sizes[static_cast<std::size_t>(upTo(2))];
-    switch (upTo(4)) {
+    switch (upTo(sparing ? 4 : 5)) {
+    case 4:
+        if (isRequired("NOTES"))
+            m_format.required.pop_back();
+        else
+            m_format.required.push_back("NOTES");
+        return "required blocks";
     case 0:
         size.label = "L" + std::to_string(m_next++);
         return size.id + ": label";

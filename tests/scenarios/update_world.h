@@ -21,6 +21,10 @@ struct FieldModel {
     double textAngle = 0.0;
     double margin = 1.0; // a box without any height would keep the lines that it had
     std::string broadcast;
+    int broadcastType = 0; // 0 the sheet, 1 the part
+    int broadcastTable = 0;
+    int zoneField = 0, symbolFile = 0;
+    double userSymbol = 0.0; // length and height
 };
 
 struct TableModel {
@@ -49,6 +53,7 @@ public:
     bool isTyped(const std::string &block, const std::string &table,
                  const std::string &field) const; // keeps what somebody typed
 
+    bool isRequired(const std::string &block) const;
     bool computesValues() const; // some field does, whenever it is placed
 
     int upTo(int n) { return std::uniform_int_distribution<int>(0, n - 1)(m_random); }
@@ -62,14 +67,15 @@ public:
     }
 
     // No edits by which the library's own update loses what nobody can bring back: the rows of tables that
-    // change places, fields that are computed from now on, and the middle borders of rows, which may as well
-    // have been switched.
+    // change places, fields that are computed from now on, the middle borders of rows, which may as well
+    // have been switched, and blocks that are required from now on, which may as well have been deleted.
     bool sparing = false;
 
 private:
     FieldModel newField();
     std::vector<FieldModel> &anyFields();
     std::string editField(FieldModel &field);
+    std::string editHiddenSlot(FieldModel &field);
     std::string editFields(std::vector<FieldModel> &fields);
     std::string editTables();
     std::string editBlock();
