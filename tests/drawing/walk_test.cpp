@@ -171,7 +171,7 @@ private:
 
 } // namespace
 
-TEST_F(Walk, AHundredAndFiftySteps) { run(150, 1); }
+TEST_F(Walk, FourHundredSteps) { run(400, 1); }
 
 TEST_F(Walk, TwentyThousandStepsSoak)
 {
