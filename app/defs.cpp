@@ -1,6 +1,7 @@
 // defs: definitions as text and as parts.
 #include "app/authoring/library_reader.h"
 #include "app/authoring/library_writer.h"
+#include "app/authoring/missing_ids.h"
 #include "app/authoring/record_builder.h"
 #include "app/authoring/stored_order.h"
 #include "app/defs_files.h"
@@ -10,6 +11,7 @@
 #include "app/verbs.h"
 #include "app/workspace.h"
 
+#include "definitions/block_def.h"
 #include "definitions/definition_file_manager.h"
 #include "definitions/format_def.h"
 #include "definitions/format_size.h"
@@ -54,12 +56,9 @@ void refuseEqualStems(const std::vector<std::string> &files)
 void refuseMissingIds(const std::string &file, const std::vector<authoring::RecordTree> &records)
 {
     std::vector<authoring::Complaint> complaints;
-    for (const authoring::RecordTree &record : records) {
-        const std::string &word = record.kind->word;
-        if ((word == "format" || word == "block") && record.text("id").empty())
-            complaints.push_back({file, record.origin.at, word, "id",
-                                  "is missing: nothing of its site could be loaded; give it one"});
-    }
+    for (const authoring::RecordTree *record : authoring::withoutId(records))
+        complaints.push_back({file, record->origin.at, record->kind->word, "id",
+                              "is missing: nothing of its site could be loaded; give it one"});
     if (!complaints.empty()) throw authoring::Complaints(complaints);
 }
 
@@ -124,26 +123,50 @@ int build(const Options &options, const DefinitionArguments &arguments)
     return kFine;
 }
 
-int list(const Options &options)
+void listFormats(Json &all, std::vector<std::vector<std::string>> &rows)
 {
-    const Workspace work(options);
-    Json formats = Json::array();
-    std::vector<std::vector<std::string>> rows;
     for (const auto &[id, definition] : TrDefinitionFileManager::allFormatDefinitions()) {
         std::vector<std::string> sizes;
         for (const TrFormatSizeV1 &size : definition->GetAvailableSizes())
             sizes.push_back(size.GetId());
         const std::string units = definition->GetUnits() == 1 ? "mm" : "in";
         rows.push_back({id, units, joined(sizes, " "), definition->GetDescription()});
-        formats.push_back(Json{{"id", id},
-                               {"units", units},
-                               {"sizes", sizes},
-                               {"description", definition->GetDescription()}});
+        all.push_back(Json{{"kind", "format"},
+                           {"id", id},
+                           {"units", units},
+                           {"sizes", sizes},
+                           {"description", definition->GetDescription()}});
     }
-    if (options.json)
-        printJson(formats);
-    else
-        printTable({"FORMAT", "UNITS", "SIZES", "DESCRIPTION"}, rows);
+}
+
+void listBlocks(Json &all, std::vector<std::vector<std::string>> &rows)
+{
+    for (const auto &[id, definition] : TrDefinitionFileManager::allBlockDefinitions()) {
+        const std::string units = definition->GetUnits() == 1 ? "mm" : "in";
+        const auto formats = definition->GetFormatIds(); // and suites
+        rows.push_back({id, units, joined(formats, " "), definition->GetDescription()});
+        all.push_back(Json{{"kind", "block"},
+                           {"id", id},
+                           {"units", units},
+                           {"formats", formats},
+                           {"description", definition->GetDescription()}});
+    }
+}
+
+int list(const Options &options)
+{
+    const Workspace work(options);
+    Json all = Json::array();
+    std::vector<std::vector<std::string>> formats, blocks;
+    listFormats(all, formats);
+    listBlocks(all, blocks);
+    if (options.json) {
+        printJson(all);
+    } else {
+        printTable({"FORMAT", "UNITS", "SIZES", "DESCRIPTION"}, formats);
+        printLine("");
+        printTable({"BLOCK", "UNITS", "FORMATS", "DESCRIPTION"}, blocks);
+    }
     return kFine;
 }
 
@@ -164,7 +187,7 @@ void addDefinitionVerbs(Command command)
     verb->callback([=] {
         command.chosen = [=, &options = command.options] { return build(options, *arguments); };
     });
-    family->add_subcommand("list", "List the formats that are found")->callback([=] {
+    family->add_subcommand("list", "List the formats and blocks that are found")->callback([=] {
         command.chosen = [&options = command.options] { return list(options); };
     });
     addDefinitionTextVerbs(family, command);

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <set>
 
 namespace app {
@@ -99,11 +100,14 @@ int check(const Options &options, const CheckArguments &arguments)
 {
     Workspace work(options, false);
     std::vector<NamedFile> files;
+    std::optional<Problem> unreadable;
     for (const std::string &path : arguments.files) {
-        if (!std::filesystem::exists(path))
-            throw Problem(path + ": cannot be opened: check the path");
         try {
+            if (!std::filesystem::exists(path))
+                throw Problem(path + ": cannot be opened: check the path");
             files.push_back(readEither(work, path, arguments.language));
+        } catch (const Problem &problem) { // said behind what the others give
+            if (!unreadable) unreadable = problem;
         } catch (const authoring::Complaints &complaints) {
             files.emplace_back().name = path;
             files.back().complaints = complaints.all();
@@ -112,7 +116,7 @@ int check(const Options &options, const CheckArguments &arguments)
     std::vector<authoring::Complaint> findings = findingsOf(files);
     const bool readable = std::all_of(
         files.begin(), files.end(), [](const NamedFile &file) { return file.complaints.empty(); });
-    if (!arguments.against.empty() && readable)
+    if (!arguments.against.empty() && readable && !unreadable)
         for (auto &change : rolloutOf(work, arguments.against, files)) findings.push_back(change);
     if (options.json) {
         Json all = Json::array();
@@ -121,6 +125,7 @@ int check(const Options &options, const CheckArguments &arguments)
     } else {
         for (const auto &finding : findings) printLine(authoring::toText(finding));
     }
+    if (unreadable) throw Problem(*unreadable);
     return findings.empty() ? kFine : kFindings;
 }
 

@@ -21,10 +21,7 @@ Options withoutDefinitions(const Options &options)
     return bare;
 }
 
-namespace {
-
-// Where a pattern of the file lies: beside its definition part, or along the search directories.
-std::optional<std::string> findPattern(const std::filesystem::path &file, const std::string &name)
+std::optional<std::string> findPattern(const std::string &file, const std::string &name)
 {
     std::vector<std::filesystem::path> folders{
         std::filesystem::absolute(file).parent_path().parent_path() / "patterns"};
@@ -36,8 +33,6 @@ std::optional<std::string> findPattern(const std::filesystem::path &file, const 
             return path.string();
     return {};
 }
-
-} // namespace
 
 NamedFile readEither(Workspace &work, const std::string &path, const std::string &language)
 {

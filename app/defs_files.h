@@ -29,6 +29,9 @@ NamedFile readEither(Workspace &work, const std::string &path, const std::string
 authoring::RecordFile readOlderPart(Workspace &work, const std::string &option,
                                     const std::string &path);
 
+// Where a pattern of a definition file lies: beside it, or along the search directories.
+std::optional<std::string> findPattern(const std::string &file, const std::string &name);
+
 // Whatever --defs says: files that are named need no others.
 Options withoutDefinitions(const Options &options);
 

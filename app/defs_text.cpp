@@ -12,7 +12,6 @@
 
 #include <fmt/format.h>
 
-#include <filesystem>
 #include <fstream>
 #include <map>
 #include <memory>
@@ -40,28 +39,26 @@ void writeText(const std::string &path, const std::string &text)
     if (!file) throw Problem(path + ": cannot be written: check the folder and its permissions");
 }
 
-// Patterns are looked for where `defs build` writes them: beside the part's folder.
 std::string cellsOf(const Options &options, const std::string &part,
                     const authoring::RecordFile &file)
 {
-    const auto folder = std::filesystem::absolute(part).parent_path().parent_path() / "patterns";
     std::map<std::string, std::optional<authoring::Art>> known;
     return authoring::cellsToText(file, [&](const std::string &name) {
         const auto [found, isNew] = known.try_emplace(name);
         if (!isNew) return found->second;
-        const std::string path = (folder / (name + ".prt")).string();
-        found->second = authoring::readPattern(path);
+        const auto path = findPattern(part, name);
+        if (path) found->second = authoring::readPattern(*path);
         if (!found->second)
-            printNote(options, fmt::format("{}: no such pattern, or one that art cannot say: it "
-                                           "stays by its name",
-                                           path));
+            printNote(options,
+                      fmt::format("{}: {}: it stays by its name", path.value_or(name),
+                                  path ? "art cannot say what it draws" : "no such pattern"));
         return found->second;
     });
 }
 
 int dump(const Options &options, const DumpArguments &arguments)
 {
-    Workspace work(withoutDefinitions(options), false);
+    Workspace work(options, false);
     const authoring::RecordFile file = readDefinitionPart(work, arguments.part);
     writeText(arguments.output, arguments.cells ? cellsOf(options, arguments.part, file)
                                                 : authoring::recordsToText(file));

@@ -1,4 +1,5 @@
 // defs where, show: which definition counts, and what it says.
+#include "app/authoring/missing_ids.h"
 #include "app/authoring/record_text.h"
 #include "app/defs_text.h"
 #include "app/output.h"
@@ -21,6 +22,7 @@ struct Place {
     std::string file;
     authoring::RecordTree record;
     int units;
+    bool loaded;
 };
 
 std::vector<Place> placesOf(Workspace &work, const std::string &id,
@@ -30,6 +32,7 @@ std::vector<Place> placesOf(Workspace &work, const std::string &id,
     const LumUg::NxSearchFileList list("format_defs");
     for (const auto &place : list.places())
         looked.push_back(place.folder.string() + " (" + place.origin + ")");
+    bool loading = true;
     for (const auto &path : list.filePaths("*.prt")) {
         authoring::RecordFile file;
         try {
@@ -38,10 +41,15 @@ std::vector<Place> placesOf(Workspace &work, const std::string &id,
             looked.push_back(std::string(problem.what()) + ": skipped");
             continue;
         }
+        if (loading && !authoring::withoutId(file.records).empty()) {
+            loading = false;
+            looked.push_back(path.string() + ": has a definition without an id: it ends the "
+                                             "loading, here and of all that follows; rebuild it");
+        }
         for (const authoring::RecordTree &record : file.records)
             if ((record.kind->word == "format" || record.kind->word == "block") &&
                 record.text("id") == id)
-                places.push_back({path.string(), record, file.units});
+                places.push_back({path.string(), record, file.units, loading});
     }
     return places;
 }
@@ -54,10 +62,12 @@ int where(const Options &options, const std::string &id)
     Json found = Json::array();
     std::map<std::string, bool> won;
     for (const Place &place : places) {
-        const bool first = !won[place.record.kind->word];
-        won[place.record.kind->word] = true;
-        found.push_back(
-            Json{{"file", place.file}, {"kind", place.record.kind->word}, {"used", first}});
+        const bool first = place.loaded && !won[place.record.kind->word];
+        won[place.record.kind->word] = won[place.record.kind->word] || first;
+        found.push_back(Json{{"file", place.file},
+                             {"kind", place.record.kind->word},
+                             {"used", first},
+                             {"loaded", place.loaded}});
     }
     if (options.json) {
         printJson(Json{{"looked", looked}, {"found", found}});
@@ -66,7 +76,9 @@ int where(const Options &options, const std::string &id)
         for (const Json &one : found)
             printLine(fmt::format("{}: {} {}: {}", one["file"].get<std::string>(),
                                   one["kind"].get<std::string>(), id,
-                                  one["used"].get<bool>() ? "used" : "hidden by the first one"));
+                                  one["used"].get<bool>()     ? "used"
+                                  : one["loaded"].get<bool>() ? "hidden by the first one"
+                                                              : "not loaded"));
     }
     if (places.empty())
         throw Problem(id + " is in none of the folders above: see 'qelfmt defs list'", kFindings);

@@ -1,5 +1,6 @@
 #include "app/workspace.h"
 
+#include "app/authoring/missing_ids.h"
 #include "app/definition_folders.h"
 #include "app/library_output.h"
 #include "app/output.h"
@@ -47,6 +48,26 @@ void findPatterns(const Options &options)
     if (!folders.empty()) check(UF_set_variable("UGII_PATDIR", folders.c_str()));
 }
 
+// The library does not say which file it was.
+std::string whereLoadingEnds()
+{
+    for (const auto &path : LumUg::NxSearchFileList("format_defs").filePaths("*.prt")) {
+        tag_t part = NULL_TAG;
+        UF_PART_load_status_t status{};
+        const int loaded = UF_PART_is_loaded(path.c_str());
+        const int code = loaded ? 0 : UF_PART_open_quiet(path.c_str(), &part, &status);
+        UF_PART_free_load_status(&status);
+        if (code) continue; // loading passes over it
+        if (loaded) part = UF_PART_ask_part_tag(path.c_str());
+        if (!authoring::withoutId(authoring::scanPart(part).records).empty())
+            return fmt::format("\n{0}: has a definition without an id, and nothing behind it is "
+                               "loaded: build it anew ('qelfmt defs dump {0}', 'qelfmt defs "
+                               "build'), or take it away",
+                               path.string());
+    }
+    return {};
+}
+
 // --verbose: what the library tells goes to the standard error as it happens.
 void showLog()
 {
@@ -86,7 +107,8 @@ Workspace::Workspace(const Options &options, bool loadDefinitions)
     findPatterns(options);
     tellingOnce([&] {
         nxhost::start();
-        checkLibrary(QEL_FMT_initialize(loadDefinitions), "start");
+        if (QEL_FMT_initialize(loadDefinitions))
+            throw Problem("start: " + std::string(TRV_FMT_ask_last_error()) + whereLoadingEnds());
     });
 }
 

@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <set>
 
 namespace app::authoring {
 
@@ -33,7 +34,7 @@ public:
         m_row = m_mapping.number("row").value_or(2 * m_style.size);
         if (m_row < m_style.size)
             m_mapping.complain("row", "must be at least the size of its text");
-        m_borders = m_mapping.texts("borders").value_or(std::vector<std::string>{});
+        m_borders = borderNames(m_mapping);
         readColumns();
         drawHeading();
         readFullTableKeys(m_mapping, m_result.table.slots);
@@ -158,24 +159,37 @@ private:
 
     // Names of the lines as they are seen. With rows that grow up, the segment that is stored as the
     // bottom one is the upper one.
-    void readBorders(Mapping &column, SlotValues &s) const
+    void readBorders(Mapping &column, SlotValues &s)
     {
-        const auto names = column.texts("borders").value_or(m_borders);
-        for (const std::string &name : names) {
-            if (name == "none") continue;
-            if (name == "left" || name == "right" || name == "middle")
-                s.ints[name == "left"    ? "LeftBorderPolicy"
-                       : name == "right" ? "RightBorderPolicy"
-                                         : "MiddleBorderPolicy"] = kDrawn;
-            else if (name == "top" || name == "bottom")
+        for (const std::string &name : column.has("borders") ? borderNames(column) : m_borders) {
+            if (name == "left")
+                s.ints["LeftBorderPolicy"] = kDrawn;
+            else if (name == "right")
+                s.ints["RightBorderPolicy"] = kDrawn;
+            else if (name == "middle")
+                s.ints["MiddleBorderPolicy"] = kDrawn;
+            else if (name != "none")
                 s.ints[(name == "bottom") == (m_direction == kDown) ? "BottomBorderPolicy"
                                                                     : "TopBorderPolicy"] = kDrawn;
-            else
-                column.complain("borders",
-                                fmt::format("\"{}\" is none of left, right, top, bottom, "
-                                            "middle, none",
-                                            name));
         }
+    }
+
+    // Of the table for all its columns, or of one column.
+    static std::vector<std::string> borderNames(Mapping &mapping)
+    {
+        static const std::set<std::string> known{"left",   "right",  "top",
+                                                 "bottom", "middle", "none"};
+        std::vector<std::string> names;
+        for (const std::string &name :
+             mapping.texts("borders").value_or(std::vector<std::string>{})) {
+            if (known.contains(name))
+                names.push_back(name);
+            else
+                mapping.complain("borders", fmt::format("\"{}\" is none of left, right, top, "
+                                                        "bottom, middle, none",
+                                                        name));
+        }
+        return names;
     }
 
     void line(ArtPoint from, ArtPoint to)

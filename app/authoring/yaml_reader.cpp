@@ -36,6 +36,25 @@ std::optional<double> asNumber(const YAML::Node &node)
     return value && std::isfinite(*value) ? value : std::nullopt;
 }
 
+namespace {
+
+bool isDigits(const std::string &text)
+{
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+// Of "3,5".
+std::string pointInstead(const YAML::Node &node)
+{
+    const std::string text = node.IsScalar() ? node.Scalar() : "";
+    const std::size_t comma = text.find(',');
+    if (comma == std::string::npos || !isDigits(text.substr(comma + 1))) return "";
+    return fmt::format(": write {}.{}, with a point", text.substr(0, comma),
+                       text.substr(comma + 1));
+}
+
+} // namespace
+
 Mapping::Mapping(YamlFile &file, YAML::Node node, std::string what)
     : m_file(file), m_node(std::move(node)), m_what(std::move(what))
 {
@@ -59,7 +78,11 @@ Mapping::~Mapping()
     for (const auto &entry : m_node) {
         const std::string key = entry.first.IsScalar() ? entry.first.Scalar() : "";
         if (key.empty() || m_asked.contains(key) || !reported.insert(key).second) continue;
-        m_file.complain(entry.first, m_what, key, "unknown key" + suggestionFor(key, m_asked));
+        // In braces a comma ends the value: {size: 3,5}.
+        m_file.complain(entry.first, m_what, key,
+                        isDigits(key) && entry.second.IsNull()
+                            ? "is half a number behind a comma: write the number with a point"
+                            : "unknown key" + suggestionFor(key, m_asked));
     }
 }
 
@@ -101,7 +124,7 @@ std::optional<double> Mapping::number(const std::string &key)
 {
     if (!has(key)) return {};
     const auto value = asNumber(m_node[key]);
-    if (!value) complain(key, "must be a number");
+    if (!value) complain(key, "must be a number" + pointInstead(m_node[key]));
     return value;
 }
 

@@ -87,6 +87,23 @@ TEST_F(DefinitionFiles, APartComesBackFromEitherOfItsTextsByteForByte)
     EXPECT_EQ(qelfmt("defs check iso.yaml").out, "");
 }
 
+// The patterns of a site may lie in a folder of their own.
+TEST_F(DefinitionFiles, PatternsAreFoundAlongTheSearchDirectories)
+{
+    writeText("d.yaml", cell("a", 0) + cell("b", 20) + cell("c", 40));
+    ASSERT_EQ(qelfmt("defs build d.yaml -o site --quiet").status, 0);
+    const std::string whole = qelfmt("defs dump --cells site/format_defs/d.prt").out;
+    ASSERT_EQ(shell("cp site/format_defs/d.prt lone.prt").status, 0);
+    const Outcome found = qelfmt("defs dump --cells lone.prt --defs site");
+    EXPECT_EQ(found.out, whole);
+    EXPECT_EQ(found.err, "");
+    const Outcome lost = qelfmt("defs dump --cells lone.prt --defs more");
+    EXPECT_EQ(lost.status, 3); // no such folder
+    ASSERT_EQ(shell("mkdir -p more/format_defs").status, 0);
+    EXPECT_NE(qelfmt("defs dump --cells lone.prt --defs more").err.find("no such pattern"),
+              std::string::npos);
+}
+
 // --- check ----------------------------------------------------------------------------------------
 
 TEST_F(DefinitionFiles, FindingsAreLinesOrJsonAndGiveStatusOne)
@@ -126,6 +143,37 @@ TEST_F(DefinitionFiles, WhatCannotBeReadIsAFindingTooAndAMissingFileIsNone)
     const Outcome missing = qelfmt("defs check none.yaml");
     EXPECT_EQ(missing.status, 3);
     EXPECT_EQ(missing.err, "qelfmt: none.yaml: cannot be opened: check the path\n");
+}
+
+TEST_F(DefinitionFiles, WhatWasFoundIsToldBeforeAFileThatCannotBeRead)
+{
+    writeText("d.yaml", cell("a", 0));
+    write("bad.prt", "garbage");
+    const std::string gap = "do not tile the block";
+    for (const std::string files : {"bad.prt d.yaml", "d.yaml bad.prt", "none.yaml d.yaml"}) {
+        const Outcome both = qelfmt("defs check " + files);
+        EXPECT_EQ(both.status, 3) << files;
+        EXPECT_NE(both.out.find(gap), std::string::npos) << files;
+        EXPECT_NE(both.err.find(files.starts_with("none") ? "none.yaml: " : "bad.prt"),
+                  std::string::npos)
+            << both.err;
+    }
+}
+
+TEST_F(DefinitionFiles, AWrongFontOfAStyleIsToldOnce)
+{
+    write("d.yaml", "units: mm\n"
+                    "styles: {value: {font: fancy}}\n"
+                    "formats: {F: {sheets: iso, sizes: [A3]}}\n"
+                    "blocks:\n"
+                    "  B:\n"
+                    "    size: [60, 20]\n"
+                    "    place: {corner: bottom-right, inset: [10, 10]}\n"
+                    "    cells:\n" +
+                        cell("a", 0) + cell("b", 20) + cell("c", 40));
+    const std::string found = qelfmt("defs check d.yaml").out;
+    EXPECT_EQ(std::count(found.begin(), found.end(), '\n'), 1) << found;
+    EXPECT_TRUE(found.starts_with("d.yaml:2:24: block B, field a: font: ")) << found;
 }
 
 TEST_F(DefinitionFiles, APartIsCheckedWithItsPatterns)
@@ -192,14 +240,19 @@ TEST_F(DefinitionFiles, WhatNoClassKnowsAndWhatIsNotStoredIsADifference)
     EXPECT_EQ(qelfmt("defs diff b.yaml b.yaml").status, 0);
 }
 
-TEST_F(DefinitionFiles, FormatsAreListedWithTheirSizes)
+TEST_F(DefinitionFiles, FormatsAreListedWithTheirSizesAndBlocksWithTheirFormats)
 {
     writeText("d.yaml", cell("a", 0));
     ASSERT_EQ(qelfmt("defs build d.yaml -o site").status, 0);
     EXPECT_EQ(qelfmt("defs list --defs site").out, "FORMAT  UNITS  SIZES  DESCRIPTION\n"
-                                                   "F       mm     A3 A4  Sheets\n");
+                                                   "F       mm     A3 A4  Sheets\n"
+                                                   "\n"
+                                                   "BLOCK  UNITS  FORMATS  DESCRIPTION\n"
+                                                   "B      mm     F        \n");
     const auto listed = json("defs list --defs site");
     EXPECT_EQ(listed[0]["id"], "F");
+    EXPECT_EQ(listed[1]["kind"], "block");
+    EXPECT_EQ(listed[1]["id"], "B");
     EXPECT_EQ(listed[0]["sizes"], (std::vector<std::string>{"A3", "A4"}));
 }
 

@@ -83,6 +83,28 @@ TEST_F(DefinitionText, ASecondDocumentIsNotPassedOver)
               "read; remove that line, or make it a file of its own\n");
 }
 
+TEST_F(DefinitionText, ADecimalCommaIsNamed)
+{
+    EXPECT_EQ(build("      a: {cell: [0, 0, 60, 20], size: \"3,5\"}\n").err,
+              "d.yaml:9:39: block B, cell a: size: must be a number: write 3.5, with a point\n");
+    EXPECT_EQ(build("      a: {cell: [0, 0, 60, 20], size: 3,5}\n").err,
+              "d.yaml:9:41: block B, cell a: 5: is half a number behind a comma: write the number "
+              "with a point\n");
+    EXPECT_EQ(build("      a:\n        cell: [0, 0, 60, 20]\n        size: 3,5\n").err,
+              "d.yaml:11:15: block B, cell a: size: must be a number: write 3.5, with a point\n");
+}
+
+TEST_F(DefinitionText, AWrongBorderOfATableIsToldOnce)
+{
+    EXPECT_EQ(build("      a: {cell: [0, 0, 60, 20]}\n"
+                    "    tables:\n"
+                    "      T: {at: [0, 0], direction: down, borders: [lower], columns: {a: {width: "
+                    "9}, b: {width: 9}}}\n")
+                  .err,
+              "d.yaml:11:49: block B, table T: borders: \"lower\" is none of left, right, top, "
+              "bottom, middle, none\n");
+}
+
 TEST_F(DefinitionText, TextsStayTexts)
 {
     ASSERT_EQ(build("      a: {cell: [0, 0, 60, 20], value: 01}\n"
