@@ -73,8 +73,9 @@ class IsoFrame : public testing::TestWithParam<IsoFigures> {};
 TEST_P(IsoFrame, HasTheFiguresOfIso5457)
 {
     const IsoFigures &sheet = GetParam();
-    const Size &size = sizeOf(shipped("iso"), "ISO", sheet.id);
-    const Art art = size.frame;
+    const Library iso = shipped("iso");
+    const Size &size = sizeOf(iso, "ISO", sheet.id);
+    const Art &art = size.frame;
     // A filing margin of 20 at the left and 10 elsewhere; the grid border 5 outside of the frame.
     EXPECT_TRUE(drawsRectangle(art, {20, 10}, {sheet.width - 10, sheet.height - 10}, kPen07));
     EXPECT_TRUE(drawsRectangle(art, {15, 5}, {sheet.width - 5, sheet.height - 5}, kPen035));
@@ -82,24 +83,25 @@ TEST_P(IsoFrame, HasTheFiguresOfIso5457)
     EXPECT_EQ(size.slots.ints.at("NumberVertZones"), sheet.rows);
 
     // Ticks every 50, counted from the axes, where the centring marks stand instead.
-    int ticks = 0;
-    for (double x = sheet.across; x < sheet.width - 10; x += 50) {
+    // Between n fields stand n - 1.
+    for (int i = 0; i + 1 < sheet.columns; ++i) {
+        const double x = sheet.across + 50 * i;
         if (near(x, sheet.width / 2)) continue;
         EXPECT_TRUE(draws(art, {x, sheet.height - 10}, {x, sheet.height - 5}, kPen035)) << x;
-        ++ticks;
     }
-    EXPECT_EQ(ticks, sheet.columns - 2); // between n fields n - 1, less the one on the axis
-    ticks = 0;
-    for (double y = sheet.along; y < sheet.height - 10; y += 50) {
+    for (int i = 0; i + 1 < sheet.rows; ++i) {
+        const double y = sheet.along + 50 * i;
         if (near(y, sheet.height / 2)) continue;
         EXPECT_TRUE(draws(art, {sheet.width - 10, y}, {sheet.width - 5, y}, kPen035)) << y;
-        ++ticks;
     }
-    EXPECT_EQ(ticks, sheet.rows - 2);
+    EXPECT_TRUE(near(2 * sheet.across + 50 * (sheet.columns - 2), sheet.width));
+    EXPECT_TRUE(near(2 * sheet.along + 50 * (sheet.rows - 2), sheet.height));
 
     // Letters and numerals 3.5 high.
     for (const Shape &shape : art)
-        if (const auto *text = std::get_if<ArtText>(&shape)) EXPECT_EQ(text->size, 3.5);
+        if (const auto *text = std::get_if<ArtText>(&shape)) {
+            EXPECT_EQ(text->size, 3.5);
+        }
 }
 
 INSTANTIATE_TEST_SUITE_P(Sheets, IsoFrame,
@@ -124,7 +126,8 @@ class AsmeFrameFigures : public testing::TestWithParam<AsmeFigures> {};
 TEST_P(AsmeFrameFigures, AreThoseOfY141)
 {
     const AsmeFigures &sheet = GetParam();
-    const Size &size = sizeOf(shipped("asme"), sheet.format, sheet.id);
+    const Library asme = shipped("asme");
+    const Size &size = sizeOf(asme, sheet.format, sheet.id);
     EXPECT_EQ(size.slots.doubles.at("Length"), sheet.width);
     EXPECT_EQ(size.slots.doubles.at("Height"), sheet.height);
     EXPECT_TRUE(drawsRectangle(size.frame, {sheet.side, sheet.end},
@@ -236,7 +239,8 @@ TEST(RevisionBlocks, HaveTheColumnsOfY1435)
 TEST(Headings, AreAsWideAsTheLinesOfRows)
 {
     constexpr int kPen05 = 9;
-    const Art &art = blockOf(shipped("iso"), "REVISIONS").art;
+    const Library iso = shipped("iso");
+    const Art &art = blockOf(iso, "REVISIONS").art;
     EXPECT_TRUE(drawsRectangle(art, {0, 0}, {180, 7}, kPen05) ||
                 (draws(art, {0, 0}, {180, 0}, kPen05) && draws(art, {0, 7}, {180, 7}, kPen05)));
     EXPECT_FALSE(draws(art, {0, 0}, {180, 0}, kPen035));
