@@ -241,7 +241,10 @@ std::string DefinitionWorld::editField(FieldModel &field)
 // What nobody sees on the sheet at once.
 std::string DefinitionWorld::editHiddenSlot(FieldModel &field)
 {
-    switch (upTo(6)) {
+    switch (upTo(7)) {
+    case 5:
+        field.syncAll = 1 - field.syncAll;
+        return "all sheets";
     case 0:
         field.broadcastType = 1 - field.broadcastType;
         return "broadcast type";
