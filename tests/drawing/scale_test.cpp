@@ -111,7 +111,10 @@ TEST_F(Scale, AThousandBlocksTakeAHundredTimesTheTimeOfTenSoak)
     const Times many = timesFor(1000);
     std::printf("10 -> 1000 blocks: add %.0fx, resize %.0fx, update %.0fx\n", many.add / few.add,
                 many.resize / few.resize, many.update / few.update);
-    EXPECT_LT(many.add / few.add, 200);
-    EXPECT_LT(many.resize / few.resize, 350); // each look at the format reads all its links
-    EXPECT_LT(many.update / few.update, 200);
+    // In proportion is 100, and what else the machine does disturbs the caches; looking at all the others
+    // for each block would be 10,000.
+    constexpr double kMost = 1000;
+    EXPECT_LT(many.add / few.add, kMost);
+    EXPECT_LT(many.resize / few.resize, kMost);
+    EXPECT_LT(many.update / few.update, kMost);
 }
