@@ -34,7 +34,7 @@ test: build ## all tests (a twentieth of the soak)
 soak: build ## the soak tests in full
 	@QELFMT_SOAK_SHARE=1 ctest --preset dev -L soak --output-on-failure
 
-asan: bootstrap ## the quick tests, and a twentieth of walk and updates, under the sanitizers
+asan: bootstrap ## host, library and updates under the sanitizers: the quick tests, a twentieth of walk and updates
 	$(call configure,asan)
 	@cmake --build build/asan -j$(JOBS)
 	@QELFMT_SOAK_SHARE=$(SOAK_SHARE) ctest --preset asan -L quick -j$(JOBS) --output-on-failure

@@ -45,10 +45,16 @@ endif()
 
 # qelfmt_objects(NAME DIR folder [EXCLUDE regex] [LIBS ...] [HIDDEN]): every source below the folder.
 function(qelfmt_objects name)
-    cmake_parse_arguments(ARG "HIDDEN" "DIR;EXCLUDE" "LIBS" ${ARGN})
+    cmake_parse_arguments(ARG "HIDDEN" "DIR;EXCLUDE" "LIBS;ONLY;WITHOUT" ${ARGN})
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/${ARG_DIR}/*.cpp")
     if(ARG_EXCLUDE)
         list(FILTER sources EXCLUDE REGEX "${ARG_EXCLUDE}")
+    endif()
+    list(TRANSFORM ARG_WITHOUT REPLACE "(.+)" "${CMAKE_SOURCE_DIR}/${ARG_DIR}/\\1.cpp")
+    list(REMOVE_ITEM sources "" ${ARG_WITHOUT})
+    if(ARG_ONLY)
+        list(TRANSFORM ARG_ONLY REPLACE "(.+)" "${CMAKE_SOURCE_DIR}/${ARG_DIR}/\\1.cpp"
+             OUTPUT_VARIABLE sources)
     endif()
     if(NOT sources)
         return()
