@@ -90,16 +90,17 @@ BENCHMARK(tableOfRows)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
 
-// The slope of log(seconds) over log(rows), from the two largest tables: small ones measure what a step
-// costs without any row.
+// The slope of log(seconds) over log(rows) from a hundred rows to the largest table: smaller ones measure
+// what a step costs without any row.
 void printGrowth()
 {
+    constexpr double kFewest = 100;
     for (const auto &[step, points] : g_measured) {
-        if (points.size() < 2) continue;
-        const auto last = points.rbegin(), before = std::next(last);
+        const auto first = points.lower_bound(kFewest), last = std::prev(points.end());
+        if (first == points.end() || first == last) continue;
         std::printf("growth exponent of %-7s %.2f (%g to %g rows)\n", step.c_str(),
-                    std::log(last->second / before->second) / std::log(last->first / before->first),
-                    before->first, last->first);
+                    std::log(last->second / first->second) / std::log(last->first / first->first),
+                    first->first, last->first);
     }
 }
 
