@@ -2,6 +2,7 @@
 #include "definitions/field_def.h"
 #include "tests/drawing/stage.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <ctime>
 
@@ -100,21 +101,26 @@ TEST_F(Scale, AThousandBlocksTakeAHundredTimesTheTimeOfTenSoak)
         return times;
     };
     timesFor(10); // what only the first one pays
-    Times few{};
-    constexpr int kRepeats = 20; // a single one is too short to measure
-    for (int i = 0; i < kRepeats; ++i) {
-        const Times once = timesFor(10);
-        few.add += once.add / kRepeats;
-        few.resize += once.resize / kRepeats;
-        few.update += once.update / kRepeats;
+    const auto best = [](const Times &a, const Times &b) {
+        return Times{std::min(a.add, b.add), std::min(a.resize, b.resize),
+                     std::min(a.update, b.update)};
+    };
+    Times few{1e9, 1e9, 1e9}, many = few;
+    for (int round = 0; round < 3; ++round) { // in turns: a busy while hits both
+        constexpr int kRepeats = 20;          // a single one is too short to measure
+        Times mean{};
+        for (int i = 0; i < kRepeats; ++i) {
+            const Times once = timesFor(10);
+            mean.add += once.add / kRepeats;
+            mean.resize += once.resize / kRepeats;
+            mean.update += once.update / kRepeats;
+        }
+        few = best(few, mean);
+        many = best(many, timesFor(1000));
     }
-    const Times many = timesFor(1000);
     std::printf("10 -> 1000 blocks: add %.0fx, resize %.0fx, update %.0fx\n", many.add / few.add,
                 many.resize / few.resize, many.update / few.update);
-    // In proportion is 100, and what else the machine does disturbs the caches; looking at all the others
-    // for each block would be 10,000.
-    constexpr double kMost = 1000;
-    EXPECT_LT(many.add / few.add, kMost);
-    EXPECT_LT(many.resize / few.resize, kMost);
-    EXPECT_LT(many.update / few.update, kMost);
+    EXPECT_LT(many.add / few.add, 200);
+    EXPECT_LT(many.resize / few.resize, 350); // each look at the format reads all its links
+    EXPECT_LT(many.update / few.update, 200);
 }

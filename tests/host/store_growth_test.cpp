@@ -4,6 +4,7 @@
 
 #include "nxhost/control.h"
 
+#include <algorithm>
 #include <cmath>
 #include <ctime>
 
@@ -50,10 +51,15 @@ TEST_F(GrowingPart, OpeningAndSavingTakeTimeInProportionToTheObjects)
         const double opening = bestOf(tries, [&] { Session::get().closePart(opened(path)); });
         return Times{opening, saving};
     };
-    const Times small = timesOf(2000, 9), large = timesOf(32000, 6);
+    Times small = timesOf(2000, 7), large = timesOf(32000, 3);
+    for (int round = 0; round < 3; ++round) { // in turns: a busy while hits both
+        const Times again = timesOf(2000, 7), more = timesOf(32000, 3);
+        small = {std::min(small.opening, again.opening), std::min(small.saving, again.saving)};
+        large = {std::min(large.opening, more.opening), std::min(large.saving, more.saving)};
+    }
     // In proportion is 1; looking at all the others for each object is 2.
-    EXPECT_LT(exponent(small.opening, large.opening, 16), 1.6);
-    EXPECT_LT(exponent(small.saving, large.saving, 16), 1.6);
+    EXPECT_LT(exponent(small.opening, large.opening, 16), 1.3);
+    EXPECT_LT(exponent(small.saving, large.saving, 16), 1.3);
 }
 
 TEST_F(GrowingPart, SavingOneChangeCostsTheSameInALargePart)
@@ -90,5 +96,10 @@ TEST_F(GrowingPart, ManyAttributesAreFoundAsFastAsFew)
             EXPECT_EQ(found, static_cast<std::size_t>(count));
         });
     };
-    EXPECT_LT(exponent(timeOf(2000), timeOf(32000), 16), 1.7); // each looked for among all: 2
+    double few = timeOf(2000), many = timeOf(32000);
+    for (int round = 0; round < 3; ++round) {
+        few = std::min(few, timeOf(2000));
+        many = std::min(many, timeOf(32000));
+    }
+    EXPECT_LT(exponent(few, many, 16), 1.4);
 }
