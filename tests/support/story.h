@@ -14,6 +14,7 @@
 
 #include "lumug/nx_search_file_list.h"
 #include "nxhost/control.h"
+#include "tests/support/soak.h"
 #include "uf.h"
 #include "uf_draw.h"
 #include "uf_part.h"
@@ -265,11 +266,4 @@ template <class Body> int codeThrownBy(Body &&body)
     }
     ADD_FAILURE() << "no UgException was thrown";
     return 0;
-}
-
-// The share of a long test to run, 0 to 1.
-inline double soakShare()
-{
-    const char *share = std::getenv("QELFMT_SOAK_SHARE");
-    return share ? std::atof(share) : 0.05;
 }
