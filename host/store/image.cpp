@@ -21,42 +21,82 @@ void createTables(Database &database)
 
 namespace {
 
-Tally writeMasters(Database &database, Encoder &encoder, const StoredMasters &masters)
-{
-    Tally tally;
-    Statement insert(database, MasterRow::kInsert);
-    for (const auto &[id, master] : masters.byId)
-        tally.add(write(insert, encoder.row(id, *master)));
-    return tally;
-}
+// A database in memory with the tables of an empty part and what fills them: made once, then emptied
+// again by taking back what was written.
+class Press {
+public:
+    Press()
+        : m_database(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_MEMORY),
+          m_tables(m_database), m_begin(m_database, "BEGIN"),
+          m_masters(m_database, MasterRow::kInsert), m_objects(m_database, ObjectRow::kInsert),
+          m_attributes(m_database, AttributeRow::kInsert), m_part(m_database, PartRow::kInsert),
+          m_takeBack(m_database, "ROLLBACK")
+    {}
 
-Tally writeObjects(Database &database, Encoder &encoder, const Part &part)
-{
-    Tally tally;
-    Statement insert(database, ObjectRow::kInsert);
-    for (const auto &[ordinal, object] : part.objects)
-        tally.add(write(insert, encoder.row(*object)));
-    return tally;
-}
+    Image imageOf(const Part &part)
+    {
+        m_begin.run();
+        StoredMasters masters = mastersOf(part);
+        Encoder encoder(part, masters.ids);
+        PartRowSource source(part, encoder);
+        source.row.masters = writeMasters(encoder, masters);
+        source.row.objects = writeObjects(encoder, part);
+        source.row.attributes = writeAttributes(part);
+        Image image;
+        image.root = write(m_part, source.row);
+        image.bytes = bytesOf(m_database);
+        image.masters = std::move(masters.byId);
+        m_takeBack.run();
+        return image;
+    }
 
-void writeAttributes(Statement &insert, Tally &tally, std::uint64_t ordinal,
-                     const Attributes &attributes)
-{
-    std::int64_t position = 0;
-    for (const Attribute &attribute : attributes)
-        tally.add(write(insert, AttributeRow{static_cast<std::int64_t>(ordinal), position++,
-                                             attribute.title, attribute.value}));
-}
+private:
+    struct Tables {
+        explicit Tables(Database &database)
+        {
+            createTables(database);
+            database.run("COMMIT");
+        }
+    };
 
-Tally writeAttributes(Database &database, const Part &part)
-{
-    Tally tally;
-    Statement insert(database, AttributeRow::kInsert);
-    writeAttributes(insert, tally, 0, part.attributes);
-    for (const auto &[ordinal, object] : part.objects)
-        writeAttributes(insert, tally, ordinal, object->attributes);
-    return tally;
-}
+    Tally writeMasters(Encoder &encoder, const StoredMasters &masters)
+    {
+        Tally tally;
+        for (const auto &[id, master] : masters.byId)
+            tally.add(write(m_masters, encoder.row(id, *master)));
+        return tally;
+    }
+
+    Tally writeObjects(Encoder &encoder, const Part &part)
+    {
+        Tally tally;
+        for (const auto &[ordinal, object] : part.objects)
+            tally.add(write(m_objects, encoder.row(*object)));
+        return tally;
+    }
+
+    Tally writeAttributes(const Part &part)
+    {
+        Tally tally;
+        writeAttributes(tally, 0, part.attributes);
+        for (const auto &[ordinal, object] : part.objects)
+            writeAttributes(tally, ordinal, object->attributes);
+        return tally;
+    }
+
+    void writeAttributes(Tally &tally, std::uint64_t ordinal, const Attributes &attributes)
+    {
+        std::int64_t position = 0;
+        for (const Attribute &attribute : attributes)
+            tally.add(
+                write(m_attributes, AttributeRow{static_cast<std::int64_t>(ordinal), position++,
+                                                 attribute.title, attribute.value}));
+    }
+
+    Database m_database;
+    Tables m_tables; // before the statements
+    Statement m_begin, m_masters, m_objects, m_attributes, m_part, m_takeBack;
+};
 
 // The same content gives the same bytes: the header's counters of changes and the number of the
 // library that wrote last are set to fixed values. Readers do not depend on them.
@@ -84,22 +124,11 @@ std::string bytesOf(Database &database)
 
 Image imageOf(const Part &part)
 {
-    Database database(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_MEMORY);
-    createTables(database);
-    StoredMasters masters = mastersOf(part);
-    Encoder encoder(part, masters.ids);
-    PartRowSource source(part, encoder);
-    source.row.masters = writeMasters(database, encoder, masters);
-    source.row.objects = writeObjects(database, encoder, part);
-    source.row.attributes = writeAttributes(database, part);
-    Image image;
-    {
-        Statement insert(database, PartRow::kInsert);
-        image.root = write(insert, source.row);
-    }
-    database.run("COMMIT");
-    image.bytes = bytesOf(database);
-    image.masters = std::move(masters.byId);
+    static std::unique_ptr<Press> ready;
+    // One that fails half way is not used again.
+    std::unique_ptr<Press> press = ready ? std::move(ready) : std::make_unique<Press>();
+    Image image = press->imageOf(part);
+    ready = std::move(press);
     return image;
 }
 
