@@ -12,6 +12,9 @@
 #include "app/problem.h"
 #include "app/workspace.h"
 
+#include "nxhost/part_files.h"
+#include "ug_exception.hxx"
+
 #include <fmt/format.h>
 
 #include <filesystem>
@@ -24,14 +27,24 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The drawing that every record starts from, made once for all workers: the format is placed and kept, so
-// that a record costs no more than its values.
+// The drawing that every record starts from, made and read once for all workers: a record costs no more
+// than its values and its file.
 class Template {
 public:
     Template(const Options &options, const StampRowsArguments &arguments)
         : m_path(arguments.templatePath), m_sheet(arguments.sheet)
     {
         if (m_path.empty()) make(options, arguments);
+    }
+
+    // From now on it is not read again, by this process and those that it starts.
+    void keep()
+    {
+        try {
+            m_kept = std::make_unique<nxhost::KeptPartFile>(m_path);
+        } catch (const UgException &failure) {
+            throw Problem::ofPart(m_path, failure.askErrorCode());
+        }
     }
 
     const std::string &path() const { return m_path; }
@@ -54,6 +67,7 @@ private:
     std::unique_ptr<PrivateFolder> m_folder;
     std::string m_path;
     std::string m_sheet;
+    std::unique_ptr<nxhost::KeptPartFile> m_kept;
 };
 
 // Opens the template for a record and closes it again.
@@ -186,6 +200,7 @@ int stampRows(const Options &options, const StampRowsArguments &arguments)
     if (!records.empty()) {
         start = std::make_unique<Template>(options, arguments);
         dropNames(records, pattern, options, *start);
+        start->keep();
     }
 
     Run run(options, arguments.run, commandOf(options, arguments), outputs);

@@ -3,6 +3,7 @@
 #include "opencpp/member.h"
 
 #include "model/session.h"
+#include "store/part_store.h"
 #include "store/salvage.h"
 #include "uf_part.h"
 
@@ -77,6 +78,14 @@ void saveWorkPartOver(const std::string &path)
         host::store::saveOver(part, file);
     });
 }
+
+KeptPartFile::KeptPartFile(const std::string &path)
+    : m_path(std::filesystem::absolute(path).lexically_normal().string())
+{
+    reporting("nxhost::KeptPartFile", [&] { host::store::keep(m_path); });
+}
+
+KeptPartFile::~KeptPartFile() { host::store::letGo(m_path); }
 
 PartSalvage salvagePartFile(const std::string &path, const std::string &new_path)
 {

@@ -1,3 +1,4 @@
+#include "copy.h"
 #include "journal.h"
 #include "loader.h"
 #include "locks.h"
@@ -7,6 +8,7 @@
 #include "uf_part.h"
 
 #include <algorithm>
+#include <map>
 #include <sqlite3.h>
 
 namespace host::store {
@@ -31,10 +33,25 @@ LoadedPart readFile(const std::string &path)
     return readAll(database);
 }
 
+std::map<std::string, LoadedPart> &kept()
+{
+    static std::map<std::string, LoadedPart> all;
+    return all;
+}
+
 } // namespace
+
+void keep(const std::string &path)
+{
+    LoadedPart loaded = load(path);
+    kept()[path] = std::move(loaded);
+}
+
+void letGo(const std::string &path) { kept().erase(path); }
 
 LoadedPart load(const std::string &path)
 {
+    if (const auto found = kept().find(path); found != kept().end()) return copyOf(found->second);
     requireFile(path);
     finishInterruptedSave(path);
     try {

@@ -27,7 +27,11 @@ struct LoadedPart {
 // lies beside the file) is undone first.
 LoadedPart load(const std::string &path);
 
-// The same from the bytes of a file; `name` is what messages call it.
+// Reads the file now; until it is let go, load() gives copies of what was read. Throws StoreError.
+void keep(const std::string &path);
+void letGo(const std::string &path);
+
+// Like load(), from the bytes of a file; `name` is what messages call it.
 LoadedPart loadImage(std::string_view bytes, const std::string &name);
 
 // Writes the whole part as a new image, whatever is there: temporary file, sync, rename, sync of the

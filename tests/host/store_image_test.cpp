@@ -3,6 +3,8 @@
 #include "store_support.h"
 
 #include "nxhost/control.h"
+#include "nxhost/part_files.h"
+#include "ug_exception.hxx"
 
 #include <sqlite3.h>
 
@@ -209,6 +211,54 @@ TEST_F(StoredPart, TheSameContentGivesTheSameBytes)
     store::writeImage(opened(path), second); // also after a round trip
     EXPECT_EQ(bytesOf(path), bytesOf(second));
     EXPECT_EQ(folder.names(), (std::vector<std::string>{"sample.prt", "second.prt"}));
+}
+
+TEST_F(StoredPart, OneWholeImageLeavesNothingInTheNext)
+{
+    const std::string small = folder.file("small.prt");
+    store::writeImage(session.newPart(small, 2), small);
+    const std::string alone = bytesOf(small);
+    store::writeImage(samplePart(path, 300), path);
+    store::writeImage(opened(small), small);
+    EXPECT_EQ(bytesOf(small), alone);
+}
+
+TEST_F(StoredPart, AKeptPartOpensManyTimesAsItWas)
+{
+    Part &original = samplePart(path, 300);
+    PatternMaster referring = *sampleMaster();
+    std::get<Note>(referring.shapes[3].geometry).lines = {
+        "<W!" + std::to_string(original.currentSheet) + "@REV>"};
+    session.create(original, patternOf(std::make_shared<const PatternMaster>(referring)));
+    newNote(original, {"<W!" + std::to_string(original.tag) + "@NUMBER>"});
+    store::writeImage(original, path);
+    const std::string stored = bytesOf(path);
+    const nxhost::KeptPartFile kept(path);
+    fs::remove(path); // it is not read again
+    for (const char *copyName : {"first.prt", "second.prt"}) {
+        Part &copy = opened(path);
+        const std::string saved = folder.file(copyName);
+        store::writeImage(copy, saved);
+        EXPECT_EQ(bytesOf(saved), stored);
+        const auto &note = *copy.objects.rbegin()->second->as<Note>();
+        EXPECT_EQ(session.evaluated(copy, note.lines[0]), "D-100");
+        for (const auto &[ordinal, object] : copy.objects)
+            if (Udo *udo = object->as<Udo>()) udo->strings = {"changed"};
+        newNote(copy, {"another"});
+        session.closePart(copy);
+    }
+}
+
+TEST_F(StoredPart, APartIsReadAgainWhenItIsKeptNoLonger)
+{
+    store::writeImage(session.newPart(path, 1), path);
+    {
+        const nxhost::KeptPartFile kept(path);
+    }
+    store::writeImage(session.newPart(folder.file("inches.prt"), 2), path);
+    EXPECT_EQ(opened(path).units, 2);
+    fs::remove(path);
+    EXPECT_THROW(nxhost::KeptPartFile again(path), UgException);
 }
 
 TEST_F(StoredPart, PatternsOfEqualMastersShareOneStoredMaster)

@@ -1,4 +1,4 @@
-// Part files looked at, rescued and replaced. Looking opens no part and changes no file.
+// Part files looked at, rescued, replaced and kept. Looking opens no part and changes no file.
 #pragma once
 
 #include "../uf_defs.h"
@@ -38,6 +38,20 @@ DllExport PartCheck checkPartFile(const std::string &path, const PartRules &rule
 // is undone first, one that is under way refuses it, and what a link leads to is replaced, not the link. The
 // part has that name from then on. Raises UgException as above; the file is then as it was.
 DllExport void saveWorkPartOver(const std::string &path);
+
+// A part file that is opened many times: it is read and checked once, and as long as this lives whoever opens it
+// gets the part as it was then, at a fraction of the cost. What becomes of the file meanwhile is not seen. It takes
+// about the memory of the open part. One at a time for a file.
+class KeptPartFile {
+public:
+    DllExport explicit KeptPartFile(const std::string &path); // UgException as above
+    DllExport ~KeptPartFile();
+    KeptPartFile(const KeptPartFile &) = delete;
+    KeptPartFile &operator=(const KeptPartFile &) = delete;
+
+private:
+    std::string m_path;
+};
 
 // Writes what can be read as a new part. Result: its objects, and everything that was lost or changed.
 struct PartSalvage {
