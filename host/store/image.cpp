@@ -1,11 +1,14 @@
 #include "image.h"
 
 #include "body_codec.h"
+#include "checksum.h"
+#include "page_writer.h"
 #include "part_row.h"
 #include "schema.h"
 
 #include <cstring>
 #include <sqlite3.h>
+#include <type_traits>
 
 namespace host::store {
 
@@ -20,83 +23,6 @@ void createTables(Database &database)
 }
 
 namespace {
-
-// A database in memory with the tables of an empty part and what fills them: made once, then emptied
-// again by taking back what was written.
-class Press {
-public:
-    Press()
-        : m_database(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_MEMORY),
-          m_tables(m_database), m_begin(m_database, "BEGIN"),
-          m_masters(m_database, MasterRow::kInsert), m_objects(m_database, ObjectRow::kInsert),
-          m_attributes(m_database, AttributeRow::kInsert), m_part(m_database, PartRow::kInsert),
-          m_takeBack(m_database, "ROLLBACK")
-    {}
-
-    Image imageOf(const Part &part)
-    {
-        m_begin.run();
-        StoredMasters masters = mastersOf(part);
-        Encoder encoder(part, masters.ids);
-        PartRowSource source(part, encoder);
-        source.row.masters = writeMasters(encoder, masters);
-        source.row.objects = writeObjects(encoder, part);
-        source.row.attributes = writeAttributes(part);
-        Image image;
-        image.root = write(m_part, source.row);
-        image.bytes = bytesOf(m_database);
-        image.masters = std::move(masters.byId);
-        m_takeBack.run();
-        return image;
-    }
-
-private:
-    struct Tables {
-        explicit Tables(Database &database)
-        {
-            createTables(database);
-            database.run("COMMIT");
-        }
-    };
-
-    Tally writeMasters(Encoder &encoder, const StoredMasters &masters)
-    {
-        Tally tally;
-        for (const auto &[id, master] : masters.byId)
-            tally.add(write(m_masters, encoder.row(id, *master)));
-        return tally;
-    }
-
-    Tally writeObjects(Encoder &encoder, const Part &part)
-    {
-        Tally tally;
-        for (const auto &[ordinal, object] : part.objects)
-            tally.add(write(m_objects, encoder.row(*object)));
-        return tally;
-    }
-
-    Tally writeAttributes(const Part &part)
-    {
-        Tally tally;
-        writeAttributes(tally, 0, part.attributes);
-        for (const auto &[ordinal, object] : part.objects)
-            writeAttributes(tally, ordinal, object->attributes);
-        return tally;
-    }
-
-    void writeAttributes(Tally &tally, std::uint64_t ordinal, const Attributes &attributes)
-    {
-        std::int64_t position = 0;
-        for (const Attribute &attribute : attributes)
-            tally.add(
-                write(m_attributes, AttributeRow{static_cast<std::int64_t>(ordinal), position++,
-                                                 attribute.title, attribute.value}));
-    }
-
-    Database m_database;
-    Tables m_tables; // before the statements
-    Statement m_begin, m_masters, m_objects, m_attributes, m_part, m_takeBack;
-};
 
 // The same content gives the same bytes: the header's counters of changes and the number of the
 // library that wrote last are set to fixed values. Readers do not depend on them.
@@ -122,13 +48,147 @@ std::string bytesOf(Database &database)
     return bytes;
 }
 
+namespace {
+
+// The tables of a part without rows, made once, and the first page of each.
+struct EmptyTables {
+    std::string bytes;
+    PageWriter::Number part = 0, objects = 0, attributes = 0, masters = 0;
+
+    static const EmptyTables &get()
+    {
+        static const EmptyTables tables;
+        return tables;
+    }
+
+private:
+    EmptyTables()
+    {
+        Database database(":memory:",
+                          SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_MEMORY);
+        createTables(database);
+        database.run("COMMIT");
+        bytes = bytesOf(database);
+        part = root(database, PartRow::kTable);
+        objects = root(database, ObjectRow::kTable);
+        attributes = root(database, AttributeRow::kTable);
+        masters = root(database, MasterRow::kTable);
+    }
+
+    static PageWriter::Number root(Database &database, std::string_view table)
+    {
+        Statement select(database, "SELECT rootpage FROM sqlite_schema WHERE name=?");
+        select.bindText(table);
+        if (!select.next()) database.fail();
+        return static_cast<PageWriter::Number>(select.integer());
+    }
+};
+
+// The rows of one table, in rising order of their keys.
+template <class Row> class TableWriter {
+public:
+    TableWriter(std::string &file, PageWriter::Number root)
+        : m_pages(file, root, kWithKey ? PageWriter::Kind::table : PageWriter::Kind::index)
+    {}
+
+    std::int64_t add(Row row)
+    {
+        m_row.start();
+        Recorder recorder{m_row, Checksum(Row::kTable)};
+        row.columns(recorder);
+        const std::int64_t checksum = recorder.checksum.value();
+        m_row.number(checksum);
+        if (m_row.size() > kMostBytes)
+            throw cannotWrite(std::string(Row::kTable), "a row has more than 900000000 bytes");
+        m_pages.add(recorder.key, m_row);
+        m_tally.add(checksum);
+        return checksum;
+    }
+    Tally finish()
+    {
+        m_pages.finish();
+        return m_tally;
+    }
+
+private:
+    static constexpr std::size_t kMostBytes = 900000000; // a database reads no more than 10^9
+
+    // Its first column is the key, which stands beside the row.
+    static constexpr bool kWithKey = !std::is_same_v<Row, AttributeRow>;
+
+    struct Recorder {
+        RowBytes &row;
+        Checksum checksum;
+        std::int64_t key = 0;
+        bool atKey = kWithKey;
+
+        void number(std::int64_t value)
+        {
+            checksum.number(value);
+            if (!atKey) return row.number(value);
+            key = value, atKey = false;
+            row.null();
+        }
+        void text(std::string_view value) { row.text(value), checksum.bytes(value); }
+        void blob(std::string_view value) { row.blob(value), checksum.bytes(value); }
+    };
+
+    PageWriter m_pages;
+    RowBytes m_row;
+    Tally m_tally;
+};
+
+Tally writeMasters(std::string &file, Encoder &encoder, const StoredMasters &masters)
+{
+    TableWriter<MasterRow> table(file, EmptyTables::get().masters);
+    for (const auto &[id, master] : masters.byId) table.add(encoder.row(id, *master));
+    return table.finish();
+}
+
+Tally writeObjects(std::string &file, Encoder &encoder, const Part &part)
+{
+    TableWriter<ObjectRow> table(file, EmptyTables::get().objects);
+    for (const auto &[ordinal, object] : part.objects) table.add(encoder.row(*object));
+    return table.finish();
+}
+
+Tally writeAttributes(std::string &file, const Part &part)
+{
+    TableWriter<AttributeRow> table(file, EmptyTables::get().attributes);
+    const auto add = [&](std::uint64_t ordinal, const Attributes &attributes) {
+        std::int64_t position = 0;
+        for (const Attribute &attribute : attributes)
+            table.add(
+                {static_cast<std::int64_t>(ordinal), position++, attribute.title, attribute.value});
+    };
+    add(0, part.attributes);
+    for (const auto &[ordinal, object] : part.objects) add(ordinal, object->attributes);
+    return table.finish();
+}
+
+void storePageCount(std::string &file)
+{
+    const std::size_t pages = file.size() / kPageSize;
+    for (int i = 0; i < 4; ++i) file[28 + i] = static_cast<char>(pages >> (24 - 8 * i));
+}
+
+} // namespace
+
 Image imageOf(const Part &part)
 {
-    static std::unique_ptr<Press> ready;
-    // One that fails half way is not used again.
-    std::unique_ptr<Press> press = ready ? std::move(ready) : std::make_unique<Press>();
-    Image image = press->imageOf(part);
-    ready = std::move(press);
+    Image image;
+    image.bytes = EmptyTables::get().bytes;
+    StoredMasters masters = mastersOf(part);
+    Encoder encoder(part, masters.ids);
+    PartRowSource source(part, encoder);
+    source.row.masters = writeMasters(image.bytes, encoder, masters);
+    source.row.objects = writeObjects(image.bytes, encoder, part);
+    source.row.attributes = writeAttributes(image.bytes, part);
+    TableWriter<PartRow> table(image.bytes, EmptyTables::get().part);
+    image.root = table.add(source.row);
+    table.finish();
+    storePageCount(image.bytes);
+    image.masters = std::move(masters.byId);
     return image;
 }
 

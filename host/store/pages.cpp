@@ -36,7 +36,8 @@ bool readVarint(std::string_view bytes, std::size_t &at, std::uint64_t &value)
     return true;
 }
 
-// How much of a row stands on its own page.
+} // namespace
+
 std::size_t localSize(std::uint64_t size, bool table)
 {
     const std::size_t most = table ? kUsable - 35 : (kUsable - 12) * 64 / 255 - 23;
@@ -45,6 +46,8 @@ std::size_t localSize(std::uint64_t size, bool table)
     const std::size_t rest = least + static_cast<std::size_t>((size - least) % (kUsable - 4));
     return rest <= most ? rest : least;
 }
+
+namespace {
 
 // How many bytes a value of the type takes.
 std::uint64_t sizeOfType(std::uint64_t type)

@@ -12,6 +12,9 @@
 
 namespace host::store {
 
+// How much of a row of this size stands on its own page.
+std::size_t localSize(std::uint64_t size, bool table);
+
 class Pages {
 public:
     using Number = std::uint32_t; // of a page, from 1
