@@ -4,6 +4,7 @@
 
 #include "nxhost/control.h"
 #include "nxhost/part_files.h"
+#include "uf.h"
 #include "ug_exception.hxx"
 
 #include <sqlite3.h>
@@ -225,6 +226,7 @@ TEST_F(StoredPart, OneWholeImageLeavesNothingInTheNext)
 
 TEST_F(StoredPart, AKeptPartOpensManyTimesAsItWas)
 {
+    ASSERT_EQ(UF_initialize(), 0);
     Part &original = samplePart(path, 300);
     PatternMaster referring = *sampleMaster();
     std::get<Note>(referring.shapes[3].geometry).lines = {
@@ -251,6 +253,7 @@ TEST_F(StoredPart, AKeptPartOpensManyTimesAsItWas)
 
 TEST_F(StoredPart, APartIsReadAgainWhenItIsKeptNoLonger)
 {
+    ASSERT_EQ(UF_initialize(), 0);
     store::writeImage(session.newPart(path, 1), path);
     {
         const nxhost::KeptPartFile kept(path);
