@@ -67,11 +67,15 @@ Object *Session::Inner::find(Tag tag)
 void Session::Inner::index(Object &object)
 {
     Part &part = *object.part;
-    part.objects[object.ordinal] = &object;
-    part.byKind[object.body.index()][object.ordinal] = &object;
-    if (const Udo *udo = object.as<Udo>()) part.udosByClass[udo->classId][object.ordinal] = &object;
-    if (standsInViews(object)) part.byView[object.view][object.ordinal] = &object;
-    if (!object.name.empty()) part.byName[object.name][object.ordinal] = &object;
+    // Nearly always the last one so far.
+    const auto addTo = [&](Ordered &all) {
+        all.insert_or_assign(all.end(), object.ordinal, &object);
+    };
+    addTo(part.objects);
+    addTo(part.byKind[object.body.index()]);
+    if (const Udo *udo = object.as<Udo>()) addTo(part.udosByClass[udo->classId]);
+    if (standsInViews(object)) addTo(part.byView[object.view]);
+    if (!object.name.empty()) addTo(part.byName[object.name]);
 }
 
 void Session::Inner::unindex(Object &object)
