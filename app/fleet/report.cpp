@@ -50,13 +50,11 @@ ReportForm formOf(const Options &options, const ReportArguments &arguments)
     return kForms.at(arguments.form);
 }
 
-void write(const Options &options, const ReportArguments &arguments, const RowSource &rows)
+void write(const ReportArguments &arguments, const std::function<void(std::FILE *)> &report)
 {
-    const ReportForm form = formOf(options, arguments);
-    const Columns columns(arguments.columns);
-    if (arguments.output.empty()) return writeReport(form, columns, rows, results());
+    if (arguments.output.empty()) return report(results());
     OutputFile file(arguments.output);
-    writeReport(form, columns, rows, file.stream());
+    report(file.stream());
     file.finish();
 }
 
@@ -73,9 +71,30 @@ void requireOnce(const std::vector<Json> &rows)
     }
 }
 
+void writeMerged(ReportForm form, const Columns &columns, const std::vector<Json> &rows,
+                 std::FILE *to)
+{
+    if (form != ReportForm::records)
+        return writeReport(
+            form, columns,
+            [&](const auto &take) {
+                for (const Json &row : rows) take(row);
+            },
+            to);
+    std::map<std::string, std::string> drawings;
+    for (const Json &row : rows) drawings[row["file"]] += drawingText(form, Json::array({row}));
+    writeRecords(
+        [&](const auto &take) {
+            for (const auto &[file, text] : drawings)
+                if (!text.empty()) take(file, text);
+        },
+        to);
+}
+
 // The rows of the JSON reports of several runs, by file and sheet.
 int merge(const Options &options, const ReportArguments &arguments)
 {
+    const Columns columns(arguments.columns);
     std::vector<Json> all;
     std::set<std::string> merged;
     for (const std::string &path : arguments.paths.paths) {
@@ -95,9 +114,8 @@ int merge(const Options &options, const ReportArguments &arguments)
         return fixedCell(a, "file") < fixedCell(b, "file");
     });
     requireOnce(all);
-    write(options, arguments, [&](const auto &take) {
-        for (const Json &row : all) take(row);
-    });
+    write(arguments,
+          [&](std::FILE *to) { writeMerged(formOf(options, arguments), columns, all, to); });
     const bool failed =
         std::any_of(all.begin(), all.end(), [](const Json &row) { return row.contains("error"); });
     return failed ? kInput : kFine;
@@ -105,20 +123,49 @@ int merge(const Options &options, const ReportArguments &arguments)
 
 // The library is started only for what the stored records do not tell.
 std::function<Handler()> reader(const Options &options, const std::vector<std::string> &paths,
-                                const Columns &columns)
+                                const Columns &columns, ReportForm form)
 {
     const auto whole =
-        onDrawings(options, paths, columns.needsDefinitions(),
-                   [columns](Workspace &work) { return compact(sheetRows(work, columns)); });
+        onDrawings(options, paths, columns.needsDefinitions(), [columns, form](Workspace &work) {
+            return drawingText(form, sheetRows(work, columns));
+        });
     if (!storedRowsSuffice(columns)) return whole;
-    return [&paths, columns, whole]() -> Handler {
+    return [&paths, columns, form, whole]() -> Handler {
+        const auto stored = std::make_shared<StoredRows>(columns, form);
         const auto opened = std::make_shared<Handler>();
-        return [&paths, columns, whole, opened](std::size_t item) {
-            if (const auto rows = storedSheetRows(paths[item], columns)) return compact(*rows);
+        return [&paths, whole, stored, opened](std::size_t item) {
+            if (auto text = stored->read(paths[item])) return std::move(*text);
             if (!*opened) *opened = whole();
             return (*opened)(item);
         };
     };
+}
+
+Json failedRow(const ItemRow &item)
+{
+    return {{"file", item.key}, {"state", "failed"}, {"error", item.text}};
+}
+
+void writeRun(ReportForm form, const Columns &columns, Run &run, std::FILE *to)
+{
+    if (form == ReportForm::records)
+        return writeRecords(
+            [&](const auto &take) {
+                run.each([&](const ItemRow &item) {
+                    if (item.state == ItemState::done && !item.text.empty())
+                        take(item.key, item.text);
+                });
+            },
+            to);
+    writeReport(
+        form, columns,
+        [&](const auto &take) {
+            run.each([&](const ItemRow &item) {
+                if (item.state == ItemState::failed) return take(failedRow(item));
+                for (const Json &row : Json::parse(item.text)) take(row);
+            });
+        },
+        to);
 }
 
 // A value has a dot in its column's name, and a pattern may stand for anything.
@@ -134,31 +181,22 @@ void requireColumns(const std::vector<std::string> &columns)
                           kUsage);
 }
 
-Json failedRow(const ItemRow &item)
-{
-    return {{"file", item.key}, {"state", "failed"}, {"error", item.text}};
-}
-
 int report(const Options &options, const ReportArguments &arguments)
 {
-    formOf(options, arguments); // before hours of work
+    const ReportForm form = formOf(options, arguments); // before hours of work
     requireColumns(arguments.columns);
     if (arguments.merge) return merge(options, arguments);
     const Columns columns(arguments.columns);
     Run run(options, arguments.run,
-            fmt::format("report {} {} --columns {} --defs {}", joined(arguments.paths.paths, " "),
+            fmt::format("report {} {} --columns {} --defs {}{}", joined(arguments.paths.paths, " "),
                         arguments.paths.filesFrom + arguments.paths.shard,
-                        joined(arguments.columns, ","), joined(options.definitions, ":")),
+                        joined(arguments.columns, ","), joined(options.definitions, ":"),
+                        form == ReportForm::records ? " --as records" : ""),
             collect(arguments.paths), Journal::Keeping::inBatches);
-    const RunEnd end = run.execute(reader(options, run.keys(), columns));
+    const RunEnd end = run.execute(reader(options, run.keys(), columns, form));
     if (end.interrupted) return end.status();
     if (run.keys().empty()) printNote(options, "no drawings there (*.qdraw)");
-    write(options, arguments, [&](const auto &take) {
-        run.each([&](const ItemRow &item) {
-            if (item.state == ItemState::failed) return take(failedRow(item));
-            for (const Json &row : Json::parse(item.text)) take(row);
-        });
-    });
+    write(arguments, [&](std::FILE *to) { writeRun(form, columns, run, to); });
     return end.status();
 }
 

@@ -1,6 +1,7 @@
 #include "app/fleet/report_output.h"
 
 #include "app/csv.h"
+#include "app/fleet/json_text.h"
 
 #include <fmt/format.h>
 
@@ -8,6 +9,8 @@
 #include <filesystem>
 #include <map>
 #include <set>
+#include <unordered_map>
+#include <unordered_set>
 
 namespace app::fleet {
 
@@ -70,19 +73,15 @@ void writeJsonReport(const RowSource &rows, std::FILE *to)
 // of one name are told apart by their paths.
 class RecordNames {
 public:
-    explicit RecordNames(const RowSource &rows)
+    explicit RecordNames(const DrawingSource &drawings)
     {
-        rows([&](const Json &row) {
-            if (!row.contains("values")) return;
-            const std::string file = row["file"];
-            if (++m_sheets[file] == 1) ++m_drawings[stemOf(file)];
-        });
+        drawings([&](const std::string &file, std::string_view) { ++m_drawings[stemOf(file)]; });
     }
 
-    std::string nameOf(const Json &row)
+    std::string nameOf(const std::string &file, const std::string &sheet, bool several)
     {
-        const std::string file = row["file"], sheet = row["sheet"], stem = stemOf(file);
-        const std::string below = m_sheets[file] > 1 ? "/" + sheet : "";
+        const std::string stem = stemOf(file);
+        const std::string below = several ? "/" + sheet : "";
         std::string name = (m_drawings[stem] > 1 ? pathOf(file) : stem) + below;
         if (m_taken.count(name))
             name = file + "/" + sheet; // of "a" a sheet "b", and a drawing "a/b"
@@ -101,29 +100,19 @@ private:
         return std::filesystem::path(file).replace_extension().string();
     }
 
-    std::map<std::string, int> m_sheets;   // by file
-    std::map<std::string, int> m_drawings; // by the name without folder and ending
-    std::set<std::string> m_taken;
+    std::unordered_map<std::string, int> m_drawings; // by the name without folder and ending
+    std::unordered_set<std::string> m_taken;
 };
 
-void writeRecords(const RowSource &rows, std::FILE *to)
+std::string recordOf(const Json &values)
 {
-    RecordNames names(rows);
-    bool first = true;
-    put(to, "{");
-    rows([&](const Json &row) {
-        if (!row.contains("values")) return;
-        const std::string name = names.nameOf(row);
-        std::map<std::string, int> uses; // a field that two blocks have keeps its block
-        const auto alone = [](const std::string &full) { return full.substr(full.find('.') + 1); };
-        for (const auto &[full, value] : row["values"].items()) ++uses[alone(full)];
-        Json record = Json::object();
-        for (const auto &[full, value] : row["values"].items())
-            record[uses[alone(full)] == 1 ? alone(full) : full] = value;
-        put(to, fmt::format("{}\n{}:{}", first ? "" : ",", compact(name), compact(record)));
-        first = false;
-    });
-    put(to, "\n}\n");
+    std::map<std::string, int> uses; // a field that two blocks have keeps its block
+    const auto alone = [](const std::string &full) { return full.substr(full.find('.') + 1); };
+    for (const auto &[full, value] : values.items()) ++uses[alone(full)];
+    Json record = Json::object();
+    for (const auto &[full, value] : values.items())
+        record[uses[alone(full)] == 1 ? alone(full) : full] = value;
+    return compact(record);
 }
 
 std::string filled(const Json &row)
@@ -182,6 +171,36 @@ std::string fixedCell(const Json &row, const std::string &column)
                            : cell.get<std::string>();
 }
 
+std::string drawingText(ReportForm form, const Json &rows)
+{
+    if (form != ReportForm::records) return compact(rows);
+    std::string lines;
+    for (const Json &row : rows)
+        if (row.contains("values"))
+            lines += fmt::format("{}\t{}\n", compact(row["sheet"]), recordOf(row["values"]));
+    return lines;
+}
+
+void writeRecords(const DrawingSource &drawings, std::FILE *to)
+{
+    RecordNames names(drawings);
+    const char *before = "{\n";
+    drawings([&](const std::string &file, std::string_view text) {
+        const bool several = text.find('\n') + 1 < text.size();
+        while (!text.empty()) {
+            const std::size_t tab = text.find('\t'), end = text.find('\n');
+            const std::string sheet = Json::parse(text.substr(0, tab));
+            std::string record = before;
+            appendJson(record, names.nameOf(file, sheet, several));
+            record.append(1, ':').append(text.substr(tab + 1, end - tab - 1));
+            put(to, record);
+            before = ",\n";
+            text.remove_prefix(end + 1);
+        }
+    });
+    put(to, before[0] == '{' ? "{\n}\n" : "\n}\n");
+}
+
 void writeReport(ReportForm form, const Columns &columns, const RowSource &rows, std::FILE *to)
 {
     switch (form) {
@@ -192,7 +211,7 @@ void writeReport(ReportForm form, const Columns &columns, const RowSource &rows,
     case ReportForm::json:
         return writeJsonReport(rows, to);
     case ReportForm::records:
-        return writeRecords(rows, to);
+        break;
     }
 }
 

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <functional>
 #include <string>
+#include <string_view>
 
 namespace app::fleet {
 
@@ -19,6 +20,15 @@ enum class ReportForm {
     records, // an object of drawings to their values: what `stamp --data` takes
 };
 
+// The same with every drawing that has values, and its drawingText().
+using DrawingSource = std::function<void(
+    const std::function<void(const std::string &file, std::string_view text)> &take)>;
+
+// The rows of one drawing as a run keeps them: as a list in JSON or, for records, a line for each row with
+// values, of which the report takes the values as they stand there.
+std::string drawingText(ReportForm form, const Json &rows);
+void writeRecords(const DrawingSource &drawings, std::FILE *to);
+// All other forms.
 void writeReport(ReportForm form, const Columns &columns, const RowSource &rows, std::FILE *to);
 
 // On one line. Bytes that are no UTF-8, as old texts may hold, are replaced: a report never fails for

@@ -1,6 +1,7 @@
 #include "app/fleet/stored_rows.h"
 
 #include "app/drift.h"
+#include "app/fleet/json_text.h"
 #include "app/values.h"
 
 #include "content/field.h"
@@ -13,8 +14,7 @@
 #include "nxhost/records.h"
 
 #include <algorithm>
-#include <set>
-#include <string_view>
+#include <span>
 #include <unordered_map>
 
 namespace app::fleet {
@@ -25,19 +25,28 @@ using nxhost::RowNumber;
 using nxhost::StoredRecord;
 using nxhost::StoredRecords;
 
-// Whether an older generation, which the library converts when it is looked at, is in the part.
-bool isOlder(std::string_view className)
+// An older generation, which the library converts when it is looked at.
+constexpr const char *kOlder[] = {QelFmt::kZemBlockV1Classname, QelFmt::kZemFieldV1Classname,
+                                  QelFmt::kZemTableV1Classname, QelFmt::kZemEntryV1Classname,
+                                  QelFmt::kEntryV1Classname};
+
+std::vector<std::string> classesInReports()
 {
-    for (const char *name :
-         {QelFmt::kZemBlockV1Classname, QelFmt::kZemFieldV1Classname, QelFmt::kZemTableV1Classname,
-          QelFmt::kZemEntryV1Classname, QelFmt::kEntryV1Classname})
-        if (className == name) return true;
-    return false;
+    std::vector<std::string> classes{QelFmt::kFieldV1Classname, QelFmt::kFieldDefV1Classname,
+                                     QelFmt::kBlockV1Classname, QelFmt::kFormatV1Classname};
+    classes.insert(classes.end(), std::begin(kOlder), std::end(kOlder));
+    return classes;
 }
 
-std::string textAt(const StoredRecord &record, const LumUg::StringSlot &slot)
+bool isOlder(const StoredRecord &record)
 {
-    return slot.index < record.strings.size() ? record.strings[slot.index] : std::string();
+    return std::any_of(std::begin(kOlder), std::end(kOlder),
+                       [&](const char *name) { return record.className == name; });
+}
+
+std::string_view textAt(const StoredRecord &record, const LumUg::StringSlot &slot)
+{
+    return slot.index < record.strings.size() ? record.strings[slot.index] : std::string_view();
 }
 
 int numberAt(const StoredRecord &record, const LumUg::IntSlot &slot)
@@ -46,46 +55,120 @@ int numberAt(const StoredRecord &record, const LumUg::IntSlot &slot)
 }
 
 // The value is only known when the note is evaluated.
-bool hasReference(const Lines &lines)
+bool hasReference(std::span<const std::string_view> lines)
 {
-    return std::any_of(lines.begin(), lines.end(), [](const std::string &line) {
-        return line.find("<W") != std::string::npos;
+    return std::any_of(lines.begin(), lines.end(), [](std::string_view line) {
+        return line.find("<W") != std::string_view::npos;
     });
 }
 
-class Reader {
-public:
-    Reader(const std::string &path, const StoredRecords &stored) : m_path(path), m_stored(stored)
-    {
-        for (const StoredRecord &record : stored.records) m_records.emplace(record.row, &record);
-        for (const auto &note : stored.notes) m_notes.emplace(note.row, &note.lines);
-    }
+template <class Stored> const Stored *at(const std::vector<Stored> &rising, RowNumber row)
+{
+    const auto found =
+        std::lower_bound(rising.begin(), rising.end(), row,
+                         [](const Stored &one, RowNumber wanted) { return one.row < wanted; });
+    return found != rising.end() && found->row == row ? &*found : nullptr;
+}
 
-    std::optional<Json> rows(const Columns &columns)
+// What is the same wherever a field's name is met: whether the columns hold it, and how it is written.
+class FieldNames {
+public:
+    struct Alone {
+        std::string json; // "FIELD"
+        std::uint64_t sheet = 0;
+        std::size_t uses = 0; // on that sheet
+    };
+    struct Name {
+        bool held = false;  // by the columns
+        bool plain = false; // two texts with a dot between them can be told apart
+        std::string json;   // "BLOCK.FIELD"
+        Alone *alone = nullptr;
+        std::uint64_t sheet = 0; // the one on which it was seen last
+    };
+
+    explicit FieldNames(const Columns &columns) : m_columns(columns) {}
+
+    void beginSheet() { ++m_sheet; }
+
+    // Null when the columns do not hold it, or when it was there before on this sheet.
+    const Name *see(std::string_view block, std::string_view field)
     {
-        for (const StoredRecord &record : m_stored.records)
-            if (isOlder(record.className)) return {};
-        Json rows = Json::array();
-        for (const auto &sheet : m_stored.sheets) {
-            Json row{{"file", m_path}, {"sheet", sheet.name}};
-            if (const StoredRecord *format = formatOf(sheet.row)) {
-                addFormat(row, *format, columns);
-                if (m_unclear) return {};
-            } else {
-                row["state"] = nameOf(SheetState::none);
-            }
-            rows.push_back(std::move(row));
-        }
-        return rows;
+        m_whole.assign(block).append(1, '.').append(field);
+        const auto known = m_names.find(m_whole);
+        Name &name = known != m_names.end() ? known->second : add(field);
+        if (!name.held || name.sheet == m_sheet) return nullptr;
+        name.sheet = m_sheet;
+        Alone &alone = *name.alone;
+        alone.uses = alone.sheet == m_sheet ? alone.uses + 1 : 1;
+        alone.sheet = m_sheet;
+        return &name;
     }
 
 private:
+    Name &add(std::string_view field)
+    {
+        Name &name = m_names[m_whole];
+        name.held = m_columns.holds(m_whole);
+        name.plain = std::count(m_whole.begin(), m_whole.end(), '.') == 1;
+        appendJson(name.json, m_whole);
+        name.alone = &m_alone[std::string(field)];
+        name.alone->json.clear();
+        appendJson(name.alone->json, field);
+        return name;
+    }
+
+    const Columns m_columns;
+    std::uint64_t m_sheet = 0;
+    std::string m_whole;
+    std::unordered_map<std::string, Name> m_names;
+    std::unordered_map<std::string, Alone> m_alone;
+};
+
+} // namespace
+
+class StoredRows::Reader {
+public:
+    Reader(const Columns &columns, ReportForm form)
+        : m_form(form), m_names(columns), m_records(classesInReports())
+    {}
+
+    std::optional<std::string> read(const std::string &path)
+    {
+        m_stored = m_records.read(path);
+        if (!m_stored || std::any_of(m_stored->records.begin(), m_stored->records.end(), isOlder))
+            return {};
+        m_attributes = nullptr;
+        m_unclear = false;
+        std::string text;
+        for (const auto &sheet : m_stored->sheets) addSheet(text, path, sheet);
+        if (m_unclear) return {};
+        return m_form == ReportForm::records ? text : '[' + text + ']';
+    }
+
+private:
+    struct Value {
+        const FieldNames::Name *name;
+        std::size_t first, count; // of the lines
+    };
+
+    void addSheet(std::string &text, const std::string &path, const nxhost::StoredSheet &sheet)
+    {
+        const StoredRecord *format = formatOf(sheet.row);
+        m_blocks.clear(), m_values.clear(), m_lines.clear();
+        m_names.beginSheet();
+        if (format) findBlocks(*format);
+        if (m_form != ReportForm::records)
+            addRow(text, path, sheet.name, format);
+        else if (format)
+            addRecord(text, sheet.name);
+    }
+
     // The first that was linked to the sheet.
     const StoredRecord *formatOf(RowNumber sheet) const
     {
         const StoredRecord *first = nullptr;
         std::uint64_t sequence = 0;
-        for (const StoredRecord &record : m_stored.records) {
+        for (const StoredRecord &record : m_stored->records) {
             if (record.className != QelFmt::kFormatV1Classname) continue;
             for (const nxhost::StoredLink &link : record.links)
                 if (link.target == sheet && (!first || link.sequence < sequence))
@@ -94,81 +177,78 @@ private:
         return first;
     }
 
-    // A child that cannot be found leaves the row to whoever opens the drawing.
+    // --- what is there --------------------------------------------------------------------------
+
+    // A child that cannot be found leaves the drawing to whoever opens it.
     template <class Take>
     void children(const StoredRecord &parent, std::string_view className, const Take &take)
     {
         for (const nxhost::StoredLink &link : parent.links) {
             if (link.type != LumUg::kChildLink || link.target == 0) continue;
-            const auto found = m_records.find(link.target);
-            if (found == m_records.end())
+            const StoredRecord *child = at(m_stored->records, link.target);
+            if (!child)
                 m_unclear = true;
-            else if (found->second->className == className)
-                take(*found->second);
+            else if (child->className == className)
+                take(*child);
         }
     }
 
-    void addFormat(Json &row, const StoredRecord &format, const Columns &columns)
+    void findBlocks(const StoredRecord &format)
     {
-        row["format"] = textAt(format, TrFormatV1::kFormatDefName);
-        row["size"] = textAt(format, TrFormatV1::kSizeName);
-        row["blocks"] = Json::array();
-        row["values"] = Json::object();
-        std::set<std::string> ids;
         children(format, QelFmt::kBlockV1Classname, [&](const StoredRecord &block) {
-            const std::string id = textAt(block, TrBlockV1::kBlockDefName);
-            row["blocks"].push_back(id);
-            if (ids.insert(id).second) addBlock(row["values"], id, block, columns);
+            const std::string_view id = textAt(block, TrBlockV1::kBlockDefName);
+            const bool first = std::find(m_blocks.begin(), m_blocks.end(), id) == m_blocks.end();
+            m_blocks.push_back(id);
+            if (first) findValues(id, block);
         });
     }
 
-    void addBlock(Json &values, const std::string &id, const StoredRecord &block,
-                  const Columns &columns)
+    void findValues(std::string_view id, const StoredRecord &block)
     {
-        std::set<std::string> seen;
         children(block, QelFmt::kFieldV1Classname, [&](const StoredRecord &field) {
-            const std::string name =
-                display(FieldName{id, textAt(field, FieldSlots::kFieldDefName)});
-            if (columns.holds(name) && seen.insert(name).second)
-                values[name] = toJson(valueOf(field));
+            const auto *name = m_names.see(id, textAt(field, FieldSlots::kFieldDefName));
+            if (!name) return;
+            m_unclear = m_unclear || !name->plain;
+            const std::size_t first = m_lines.size();
+            addLines(field);
+            m_values.push_back({name, first, m_lines.size() - first});
         });
     }
 
-    // As TrFieldBase::GetValue() answers.
-    Lines valueOf(const StoredRecord &field)
+    // As TrFieldBase::GetValue() answers; at least one line.
+    void addLines(const StoredRecord &field)
     {
-        Lines lines;
+        const nxhost::StoredNote *note = nullptr;
         for (const RowNumber owned : field.owned)
-            if (const auto note = m_notes.find(owned); note != m_notes.end()) {
-                lines = *note->second;
-                break;
-            }
-        if (lines.empty()) {
-            for (int i = 0; i < numberAt(field, FieldSlots::kNumberOfLines); ++i)
-                lines.push_back(attribute(field.row, "VALUE" + std::to_string(i)));
-        } else {
-            m_unclear = m_unclear || hasReference(lines);
+            if ((note = at(m_stored->notes, owned))) break;
+        const std::size_t first = m_lines.size();
+        if (note && !note->lines.empty()) {
+            m_lines.insert(m_lines.end(), note->lines.begin(), note->lines.end());
+            m_unclear = m_unclear || hasReference(note->lines);
+            std::string_view &line = m_lines[first];
             if (const int blanks = indentationOf(field); blanks > 0)
-                lines.front().erase(0, static_cast<std::size_t>(blanks));
+                line.remove_prefix(std::min(static_cast<std::size_t>(blanks), line.size()));
+        } else {
+            for (int i = 0; i < numberAt(field, FieldSlots::kNumberOfLines); ++i)
+                m_lines.push_back(attribute(field.row, "VALUE" + std::to_string(i)));
         }
-        if (lines.empty()) lines.emplace_back();
-        return lines;
+        if (m_lines.size() == first) m_lines.emplace_back();
     }
 
     int indentationOf(const StoredRecord &field) const
     {
         for (const nxhost::StoredLink &link : field.links) {
             if (link.type != LumUg::kDefinitionLink) continue;
-            const auto def = m_records.find(link.target);
-            return def == m_records.end() ? 0 : numberAt(*def->second, TrFieldDefV1::kIndentation);
+            const StoredRecord *def = at(m_stored->records, link.target);
+            return def ? numberAt(*def, TrFieldDefV1::kIndentation) : 0;
         }
         return 0;
     }
 
     // Few fields have a value and no note: the attributes are read when the first one asks.
-    std::string attribute(RowNumber row, const std::string &title)
+    std::string_view attribute(RowNumber row, const std::string &title)
     {
-        if (!m_attributes) m_attributes = nxhost::readAttributes(m_path);
+        if (!m_attributes) m_attributes = m_records.attributes();
         if (!m_attributes) {
             m_unclear = true;
             return {};
@@ -178,26 +258,86 @@ private:
         return {};
     }
 
-    const std::string &m_path;
-    const StoredRecords &m_stored;
-    std::unordered_map<RowNumber, const StoredRecord *> m_records;
-    std::unordered_map<RowNumber, const Lines *> m_notes;
-    std::optional<std::vector<nxhost::StoredAttribute>> m_attributes;
-    bool m_unclear = false;
-};
+    // --- how it is written ------------------------------------------------------------------------
 
-} // namespace
+    void addRow(std::string &text, const std::string &path, std::string_view sheet,
+                const StoredRecord *format) const
+    {
+        const auto member = [&](const char *before, std::string_view value) {
+            appendJson(text += before, value);
+        };
+        member(text.empty() ? "{\"file\":" : ",{\"file\":", path);
+        member(",\"sheet\":", sheet);
+        if (!format) {
+            member(",\"state\":", nameOf(SheetState::none));
+            text += '}';
+            return;
+        }
+        member(",\"format\":", textAt(*format, TrFormatV1::kFormatDefName));
+        member(",\"size\":", textAt(*format, TrFormatV1::kSizeName));
+        text += ",\"blocks\":[";
+        const char *before = "";
+        for (const std::string_view block : m_blocks) member(before, block), before = ",";
+        text += "],\"values\":{";
+        before = "";
+        for (const Value &value : m_values) {
+            text.append(before).append(value.name->json).append(1, ':');
+            addValue(text, value);
+            before = ",";
+        }
+        text += "}}";
+    }
+
+    void addRecord(std::string &text, std::string_view sheet) const
+    {
+        appendJson(text, sheet);
+        const char *before = "\t{";
+        for (const Value &value : m_values) {
+            const FieldNames::Name &name = *value.name;
+            text.append(before).append(name.alone->uses == 1 ? name.alone->json : name.json);
+            addValue(text += ':', value);
+            before = ",";
+        }
+        text += m_values.empty() ? "\t{}\n" : "}\n";
+    }
+
+    // One line is a text, more are a list.
+    void addValue(std::string &text, const Value &value) const
+    {
+        if (value.count == 1) return appendJson(text, m_lines[value.first]);
+        char before = '[';
+        for (std::size_t i = 0; i < value.count; ++i, before = ',')
+            appendJson(text += before, m_lines[value.first + i]);
+        text += ']';
+    }
+
+    const ReportForm m_form;
+    FieldNames m_names;
+    nxhost::RecordReader m_records;
+    // Of one drawing:
+    const StoredRecords *m_stored = nullptr;
+    const std::vector<nxhost::StoredAttribute> *m_attributes = nullptr;
+    bool m_unclear = false;
+    // Of one sheet:
+    std::vector<std::string_view> m_blocks;
+    std::vector<Value> m_values;
+    std::vector<std::string_view> m_lines;
+};
 
 bool storedRowsSuffice(const Columns &columns)
 {
     return !columns.holds("state") && !columns.holds("label") && !columns.holds("rows");
 }
 
-std::optional<Json> storedSheetRows(const std::string &path, const Columns &columns)
+StoredRows::StoredRows(const Columns &columns, ReportForm form)
+    : m_reader(std::make_unique<Reader>(columns, form))
+{}
+
+StoredRows::~StoredRows() = default;
+
+std::optional<std::string> StoredRows::read(const std::string &path)
 {
-    const auto stored = nxhost::readRecords(path);
-    if (!stored) return {};
-    return Reader(path, *stored).rows(columns);
+    return m_reader->read(path);
 }
 
 } // namespace app::fleet

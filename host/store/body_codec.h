@@ -62,6 +62,8 @@ using Masters = std::unordered_map<std::int64_t, std::shared_ptr<PatternMaster>>
 
 // Decoding raises Malformed. Targets of links, owned objects and what a sheet or view refers to stay
 // 0; texts keep ordinals in their references: the loader puts tags there once all are known.
+// What only some kinds have must be absent in the others, or saving again would lose it.
+void checkUnused(const ObjectRow &row);
 Body decodeBody(const ObjectRow &row, ClassId classId, const Masters &masters,
                 References &references);
 PatternMaster decodeMaster(const MasterRow &row);

@@ -86,10 +86,9 @@ bool Statement::next()
 
 std::int64_t Statement::integer()
 {
-    const int column = m_column++;
-    if (sqlite3_column_type(m_statement, column) != SQLITE_INTEGER)
-        throw Malformed{"a value is not an integer"};
-    return sqlite3_column_int64(m_statement, column);
+    sqlite3_value *const found = sqlite3_column_value(m_statement, m_column++);
+    if (sqlite3_value_type(found) != SQLITE_INTEGER) throw Malformed{"a value is not an integer"};
+    return sqlite3_value_int64(found);
 }
 
 std::string_view Statement::text() { return value(SQLITE_TEXT, "a value is not a text"); }
@@ -98,12 +97,12 @@ std::string_view Statement::blob() { return value(SQLITE_BLOB, "a value is not a
 
 std::string_view Statement::value(int type, const char *otherwise)
 {
-    const int column = m_column++;
-    const int found = sqlite3_column_type(m_statement, column);
-    if (found == SQLITE_NULL) return {};
-    if (found != type) throw Malformed{otherwise};
-    const void *data = sqlite3_column_blob(m_statement, column);
-    const int size = sqlite3_column_bytes(m_statement, column);
+    sqlite3_value *const found = sqlite3_column_value(m_statement, m_column++);
+    const int foundType = sqlite3_value_type(found);
+    if (foundType == SQLITE_NULL) return {};
+    if (foundType != type) throw Malformed{otherwise};
+    const void *data = sqlite3_value_blob(found);
+    const int size = sqlite3_value_bytes(found);
     if (!data || size <= 0) throw Malformed{"an empty value is not stored as NULL"};
     m_bytesRead += static_cast<std::size_t>(size);
     return {static_cast<const char *>(data), static_cast<std::size_t>(size)};

@@ -140,7 +140,8 @@ template <std::size_t... I> Body decodeKind(std::size_t kind, Source &in, std::i
     return kDecoders[kind](in);
 }
 
-// What only some kinds have must be absent in the others, or saving again would lose it.
+} // namespace
+
 void checkUnused(const ObjectRow &row)
 {
     const bool udo = row.kind == "udo";
@@ -151,8 +152,6 @@ void checkUnused(const ObjectRow &row)
         (!refers && row.refers) || (!texts && !row.texts.empty()))
         throw Malformed{"it has values that its kind does not know"};
 }
-
-} // namespace
 
 Body decodeBody(const ObjectRow &row, ClassId classId, const Masters &masters,
                 References &references)

@@ -14,6 +14,19 @@ namespace {
 // the range that readers share.
 constexpr off_t kFirstLockByte = 0x40000000;
 constexpr off_t kLockBytes = 512;
+constexpr off_t kFirstReaderByte = kFirstLockByte + 2;
+constexpr off_t kReaderBytes = 510;
+
+// Of the open file, not of the process: what else the process has open of it keeps its locks.
+bool setLock(int file, short type, off_t first, off_t bytes)
+{
+    struct flock lock {};
+    lock.l_type = type;
+    lock.l_whence = SEEK_SET;
+    lock.l_start = first;
+    lock.l_len = bytes;
+    return ::fcntl(file, F_OFD_SETLK, &lock) == 0;
+}
 
 pid_t holderOf(const std::string &path)
 {
@@ -37,6 +50,15 @@ std::string programOf(pid_t process)
 }
 
 } // namespace
+
+bool lockForReading(int file)
+{
+    // Who waits to write holds the first byte and lets no new reader in.
+    const bool locked = setLock(file, F_RDLCK, kFirstLockByte, 1) &&
+                        setLock(file, F_RDLCK, kFirstReaderByte, kReaderBytes);
+    setLock(file, F_UNLCK, kFirstLockByte, 1);
+    return locked;
+}
 
 StoreError lockedError(const std::string &path)
 {

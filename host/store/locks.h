@@ -9,4 +9,8 @@ namespace host::store {
 // open in this process: closing it here would drop our own locks.
 StoreError lockedError(const std::string &path);
 
+// A reader's lock on an open file, as the database takes it; closing the file gives it up. False when
+// somebody is writing, or waits to.
+bool lockForReading(int file);
+
 } // namespace host::store

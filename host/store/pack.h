@@ -6,6 +6,7 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -74,8 +75,19 @@ public:
     {
         if (n > m_in.size() / sizeof(T)) throw Malformed{"a count exceeds the stored numbers"};
         all.resize(n);
-        if (n) std::memcpy(all.data(), m_in.data(), n * sizeof(T));
-        m_in.remove_prefix(n * sizeof(T));
+        values(std::span<T>(all));
+    }
+    template <class T> void values(std::span<T> all)
+    {
+        const std::string_view bytes = taken(all.size_bytes());
+        if (!bytes.empty()) std::memcpy(all.data(), bytes.data(), bytes.size());
+    }
+    std::string_view taken(std::size_t size)
+    {
+        if (m_in.size() < size) throw Malformed{"numbers are missing"};
+        const std::string_view bytes = m_in.substr(0, size);
+        m_in.remove_prefix(size);
+        return bytes;
     }
     void end() const
     {
@@ -85,10 +97,8 @@ public:
 private:
     template <class T> T raw()
     {
-        if (m_in.size() < sizeof(T)) throw Malformed{"numbers are missing"};
         T value;
-        std::memcpy(&value, m_in.data(), sizeof value);
-        m_in.remove_prefix(sizeof value);
+        std::memcpy(&value, taken(sizeof value).data(), sizeof value);
         return value;
     }
 

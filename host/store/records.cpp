@@ -1,25 +1,29 @@
-// The records of a part file without the part: a pass over the rows that carry values.
+// The records of part files without the parts: a pass over the rows that carry values.
 #include "body_codec.h"
-#include "database.h"
+#include "geometry_codec.h"
 #include "pack.h"
 #include "rows.h"
 #include "schema.h"
+#include "successive.h"
+#include "texts.h"
+#include "whole_file.h"
 
 #include "nxhost/records.h"
 
-#include <sqlite3.h>
-
+#include <algorithm>
 #include <cstring>
-#include <fstream>
-#include <variant>
+#include <memory_resource>
+#include <optional>
 
 namespace host::store {
 
 namespace {
 
+using nxhost::StoredAttribute;
+using nxhost::StoredRecord;
 using nxhost::StoredRecords;
 
-std::uint32_t bigEndian(const char *bytes)
+std::uint32_t bigEndian(std::string_view bytes)
 {
     std::uint32_t value = 0;
     for (int i = 0; i < 4; ++i) value = value << 8 | static_cast<unsigned char>(bytes[i]);
@@ -27,85 +31,143 @@ std::uint32_t bigEndian(const char *bytes)
 }
 
 // The head of a database file says whose it is: https://www.sqlite.org/fileformat.html.
-bool isPart(const std::string &path)
+bool isPart(std::string_view bytes)
 {
-    char head[100] = "";
-    std::ifstream file(path, std::ios::binary);
-    if (!file.read(head, sizeof head)) return false;
-    return std::memcmp(head, "SQLite format 3", 16) == 0 &&
-           bigEndian(head + 68) == kApplicationId && bigEndian(head + 60) == kVersion;
+    return bytes.size() >= 100 && bytes.starts_with(std::string_view("SQLite format 3", 16)) &&
+           bigEndian(bytes.substr(68)) == kApplicationId && bigEndian(bytes.substr(60)) == kVersion;
 }
 
-nxhost::StoredRecord recordOf(const ObjectRow &row, Udo &udo, References &references)
-{
-    nxhost::StoredRecord record{static_cast<nxhost::RowNumber>(row.ordinal),
-                                std::string(row.className),
-                                std::move(udo.ints),
-                                std::move(udo.doubles),
-                                std::move(udo.strings),
-                                {},
-                                std::move(references.owned)};
-    record.links.reserve(udo.links.size());
-    for (std::size_t i = 0; i < udo.links.size(); ++i)
-        record.links.push_back(
-            {udo.links[i].type, references.linkTargets[i], udo.links[i].sequence});
-    return record;
-}
-
-void take(const ObjectRow &row, StoredRecords &found)
-{
-    static const Masters none; // patterns are not read
-    const auto number = static_cast<nxhost::RowNumber>(row.ordinal);
-    if (row.kind == "sheet") {
-        found.sheets.push_back({number, std::string(row.name)});
-        return;
-    }
-    References references;
-    Body body = decodeBody(row, 0, none, references);
-    if (auto *note = std::get_if<Note>(&body))
-        found.notes.push_back({number, std::move(note->lines)});
-    else
-        found.records.push_back(recordOf(row, std::get<Udo>(body), references));
-}
-
-// One transaction: what it reads is of one moment.
-class Reading {
+// What stands until the next file is read; given back all at once.
+class Arena {
 public:
-    explicit Reading(const std::string &path)
-        : m_database(path, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX)
+    // Not yet filled.
+    template <class T> std::span<T> take(std::size_t count)
     {
-        m_database.run("BEGIN");
+        return {static_cast<T *>(m_memory.allocate(count * sizeof(T), alignof(T))), count};
     }
-
-    // What the part's own row says of the tables.
-    PartRow partRow()
+    std::span<char> copy(std::string_view text)
     {
-        Statement select(m_database, PartRow::kSelect);
-        PartRow row;
-        if (!select.next()) throw Malformed{"the part's own row is missing"};
-        read(select, row);
-        row.layers = {}; // its bytes are the statement's
-        return row;
+        const auto copied = take<char>(text.size());
+        std::copy(text.begin(), text.end(), copied.begin());
+        return copied;
     }
-    template <class Row, class Take> Tally rows(std::string_view sql, const Take &takeRow)
+    std::string_view text(std::string_view text)
     {
-        Statement select(m_database, sql);
-        Tally tally;
-        Row row;
-        while (select.next()) {
-            tally.add(read(select, row));
-            takeRow(row);
-        }
-        return tally;
+        const auto copied = copy(text);
+        return {copied.data(), copied.size()};
     }
-    void addChecksums(std::string_view sql, Tally &tally)
-    {
-        Statement select(m_database, sql);
-        while (select.next()) tally.add(select.integer());
-    }
+    void clear() { m_memory.release(); }
 
 private:
-    Database m_database;
+    static constexpr std::size_t kUsual = 64 << 10;
+    const std::unique_ptr<std::byte[]> m_first{new std::byte[kUsual]};
+    std::pmr::monotonic_buffer_resource m_memory{m_first.get(), kUsual};
+};
+
+// The values of one part's rows.
+class Decoder {
+public:
+    explicit Decoder(const std::vector<std::string> &classes) : m_classes(classes) {}
+
+    void clear()
+    {
+        m_found.records.clear(), m_found.notes.clear(), m_found.sheets.clear();
+        m_attributes.clear();
+        m_arena.clear();
+    }
+    void take(const ObjectRow &row)
+    {
+        if (row.status != static_cast<std::int64_t>(Status::alive)) return;
+        checkUnused(row);
+        const auto number = static_cast<nxhost::RowNumber>(row.ordinal);
+        if (row.kind == "udo")
+            takeRecord(number, row);
+        else if (row.kind == "note")
+            takeNote(number, row);
+        else
+            m_found.sheets.push_back({number, m_arena.text(row.name)});
+    }
+    void take(const AttributeRow &row)
+    {
+        m_attributes.push_back({static_cast<nxhost::RowNumber>(row.object), m_arena.text(row.title),
+                                m_arena.text(row.value)});
+    }
+
+    const StoredRecords &found() const { return m_found; }
+    const std::vector<StoredAttribute> &attributes() const { return m_attributes; }
+
+private:
+    void takeRecord(nxhost::RowNumber number, const ObjectRow &row)
+    {
+        StoredRecord &record = m_found.records.emplace_back();
+        record.row = number;
+        const auto name = std::find(m_classes.begin(), m_classes.end(), row.className);
+        if (name == m_classes.end()) return;
+        record.className = *name;
+        record.strings = linesOf(row.texts);
+        record.ints = integersOf(row.numbers);
+        record.links = linksOf(row.links);
+        parseNumbers(row.owned, m_numbers);
+        const auto owned = m_arena.take<nxhost::RowNumber>(m_numbers.size());
+        std::copy(m_numbers.begin(), m_numbers.end(), owned.begin());
+        record.owned = owned;
+    }
+
+    void takeNote(nxhost::RowNumber number, const ObjectRow &row)
+    {
+        m_found.notes.push_back({number, linesOf(row.texts)});
+        Unpacker numbers(row.numbers);
+        Note shape;
+        unpack(numbers, shape);
+        numbers.end();
+    }
+
+    std::span<const int> integersOf(std::string_view stored)
+    {
+        Unpacker numbers(stored);
+        const auto integers = m_arena.take<int>(numbers.count(sizeof(int)));
+        std::size_t reals = 0;
+        for (int kind = 0; kind < 4; ++kind) reals += numbers.count(sizeof(double));
+        numbers.values(integers);
+        numbers.taken(reals * sizeof(double));
+        numbers.end();
+        return integers;
+    }
+
+    std::span<const nxhost::StoredLink> linksOf(std::string_view stored)
+    {
+        parseLinks(stored, m_links);
+        const auto links = m_arena.take<nxhost::StoredLink>(m_links.size());
+        std::transform(m_links.begin(), m_links.end(), links.begin(), [](const StoredLink &link) {
+            if (link.type < 1 || link.type > 4) throw Malformed{"a link's type is not 1 to 4"};
+            return nxhost::StoredLink{link.type, link.target, link.sequence};
+        });
+        return links;
+    }
+
+    std::span<const std::string_view> linesOf(std::string_view stored)
+    {
+        if (stored.empty()) return {};
+        if (stored.back() != '\n') throw Malformed{"the last text is cut off"};
+        const bool escapes = stored.find('\\') != stored.npos;
+        const auto lines = m_arena.take<std::string_view>(
+            static_cast<std::size_t>(std::count(stored.begin(), stored.end(), '\n')));
+        char *at = m_arena.copy(stored).data();
+        for (std::string_view &line : lines) {
+            auto *const end = static_cast<char *>(std::memchr(at, '\n', stored.size()));
+            const auto size = static_cast<std::size_t>(end - at);
+            line = {at, escapes ? unescape(at, size) : size};
+            at = end + 1;
+        }
+        return lines;
+    }
+
+    const std::vector<std::string> m_classes;
+    Arena m_arena;
+    StoredRecords m_found;
+    std::vector<StoredAttribute> m_attributes;
+    std::vector<StoredLink> m_links; // of one record: kept for the room they have
+    std::vector<std::uint64_t> m_numbers;
 };
 
 // A row that was lost, or that is of another state of the part, shows in the sums.
@@ -114,72 +176,126 @@ void require(const Tally &found, const Tally &stored)
     if (found != stored) throw Malformed{"rows are missing or of another state of the part"};
 }
 
-// Kinds that carry no values, as SQL. What has an unknown kind is read with the rest, and found damaged.
-std::string kindsWithoutValues()
-{
-    std::string list;
-    for (std::size_t i = 0; i < std::variant_size_v<Body>; ++i) {
-        const std::string kind(storedKind(i));
-        if (kind != "udo" && kind != "note" && kind != "sheet")
-            list += (list.empty() ? "('" : ",'") + kind + '\'';
-    }
-    return list + ')';
-}
+// The statements on one part after another.
+class Tables {
+public:
+    explicit Tables(std::string_view bytes)
+        : m_database(bytes), m_known(m_database.tables()), m_part(m_database, PartRow::kSelect),
+          m_values(m_database, kValues), m_others(m_database, kOthers),
+          m_attributes(m_database, AttributeRow::kSelect)
+    {}
 
-template <class Result, class Body>
-std::optional<Result> attempt(const std::string &path, const Body &body)
-{
-    if (!isPart(path)) return {};
-    try {
-        Result result;
-        body(result);
-        return result;
-    } catch (const StoreError &) {
-        return {};
-    } catch (const Malformed &) {
-        return {};
+    // False when they are other tables than those that the statements know.
+    bool exchange(std::string_view bytes)
+    {
+        m_database.exchange(bytes);
+        return m_database.tables() == m_known;
     }
-}
+
+    void readObjects(Decoder &decoder)
+    {
+        readPartRow();
+        Tally tally = readRows<ObjectRow>(m_values, decoder);
+        while (m_others.next()) {
+            tally.add(m_others.integer());
+            kindIndex(m_others.text());
+        }
+        require(tally, m_row.objects);
+    }
+    void readAttributes(Decoder &decoder)
+    {
+        require(readRows<AttributeRow>(m_attributes, decoder), m_row.attributes);
+    }
+
+private:
+    // Kinds with values; of the others the checksums alone.
+    static constexpr std::string_view kValues =
+        "SELECT * FROM object WHERE kind='udo' OR kind='note' OR kind='sheet'";
+    static constexpr std::string_view kOthers =
+        "SELECT checksum,kind FROM object WHERE kind<>'udo' AND kind<>'note' AND kind<>'sheet'";
+
+    // What the part's own row says of the tables.
+    void readPartRow()
+    {
+        if (!m_part.next()) throw Malformed{"the part's own row is missing"};
+        read(m_part, m_row);
+        m_row.layers = {}; // its bytes are the statement's
+        m_part.restart();
+    }
+    template <class Row> static Tally readRows(Statement &select, Decoder &decoder)
+    {
+        Tally tally;
+        Row row;
+        while (select.next()) {
+            tally.add(read(select, row));
+            decoder.take(row);
+        }
+        return tally;
+    }
+
+    SuccessiveDatabase m_database;
+    const std::string m_known;
+    Statement m_part, m_values, m_others, m_attributes;
+    PartRow m_row;
+};
 
 } // namespace
 
-std::optional<StoredRecords> recordsOf(const std::string &path)
-{
-    return attempt<StoredRecords>(path, [&](StoredRecords &found) {
-        static const std::string others = kindsWithoutValues();
-        Reading reading(path);
-        Tally tally = reading.rows<ObjectRow>(
-            "SELECT * FROM object WHERE kind NOT IN" + others, [&](const ObjectRow &row) {
-                if (row.status == static_cast<std::int64_t>(Status::alive)) take(row, found);
-            });
-        reading.addChecksums("SELECT checksum FROM object WHERE kind IN" + others, tally);
-        require(tally, reading.partRow().objects);
-    });
-}
-
-using Attributes = std::vector<nxhost::StoredAttribute>;
-
-std::optional<Attributes> attributesOf(const std::string &path)
-{
-    return attempt<Attributes>(path, [&](Attributes &found) {
-        Reading reading(path);
-        const Tally tally =
-            reading.rows<AttributeRow>(AttributeRow::kSelect, [&](const AttributeRow &row) {
-                found.push_back({static_cast<nxhost::RowNumber>(row.object), std::string(row.title),
-                                 std::string(row.value)});
-            });
-        require(tally, reading.partRow().attributes);
-    });
-}
-
 } // namespace host::store
 
-std::optional<nxhost::StoredRecords> nxhost::readRecords(const std::string &path)
+class nxhost::RecordReader::Files {
+public:
+    explicit Files(const std::vector<std::string> &classes) : m_decoder(classes) {}
+
+    const StoredRecords *read(const std::string &path)
+    {
+        m_decoder.clear();
+        m_sound = m_file.read(path) && host::store::isPart(m_file.bytes()) && attempt([&] {
+                      if (!m_tables || !m_tables->exchange(m_file.bytes()))
+                          m_tables.emplace(m_file.bytes());
+                      m_tables->readObjects(m_decoder);
+                  });
+        return m_sound ? &m_decoder.found() : nullptr;
+    }
+    const std::vector<StoredAttribute> *attributes()
+    {
+        m_sound = m_sound && (!m_decoder.attributes().empty() ||
+                              attempt([&] { m_tables->readAttributes(m_decoder); }));
+        return m_sound ? &m_decoder.attributes() : nullptr;
+    }
+
+private:
+    // After trouble nothing is left that could be in the middle of something.
+    template <class Body> bool attempt(const Body &body)
+    {
+        try {
+            body();
+            return true;
+        } catch (const host::store::StoreError &) {
+        } catch (const host::store::Malformed &) {
+        }
+        m_tables.reset();
+        return false;
+    }
+
+    host::store::WholeFile m_file; // outlives the tables that read in it
+    host::store::Decoder m_decoder;
+    std::optional<host::store::Tables> m_tables;
+    bool m_sound = false; // what was read last
+};
+
+nxhost::RecordReader::RecordReader(std::vector<std::string> classes)
+    : m_files(std::make_unique<Files>(classes))
+{}
+
+nxhost::RecordReader::~RecordReader() = default;
+
+const nxhost::StoredRecords *nxhost::RecordReader::read(const std::string &path)
 {
-    return host::store::recordsOf(path);
+    return m_files->read(path);
 }
 
-std::optional<std::vector<nxhost::StoredAttribute>> nxhost::readAttributes(const std::string &path)
+const std::vector<nxhost::StoredAttribute> *nxhost::RecordReader::attributes()
 {
-    return host::store::attributesOf(path);
+    return m_files->attributes();
 }

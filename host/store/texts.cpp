@@ -23,21 +23,20 @@ void appendLine(std::string &out, std::string_view text)
     out += '\n';
 }
 
-namespace {
-std::string unescaped(std::string_view line)
+std::size_t unescape(char *line, std::size_t size)
 {
-    std::string text;
-    text.reserve(line.size());
-    for (std::size_t at; (at = line.find('\\')) != line.npos;) {
-        text.append(line.substr(0, at));
-        const char code = at + 1 < line.size() ? line[at + 1] : ' ';
+    char *to = line;
+    for (const char *at = line, *const end = line + size; at != end; ++at) {
+        if (*at != '\\') {
+            *to++ = *at;
+            continue;
+        }
+        const char code = ++at != end ? *at : ' ';
         if (code != 'n' && code != '0' && code != '\\') throw Malformed{"a text is malformed"};
-        text += code == 'n' ? '\n' : code == '0' ? '\0' : '\\';
-        line.remove_prefix(at + 2);
+        *to++ = code == 'n' ? '\n' : code == '0' ? '\0' : '\\';
     }
-    return text.append(line);
+    return static_cast<std::size_t>(to - line);
 }
-} // namespace
 
 std::vector<std::string> splitLines(std::string_view stored)
 {
@@ -49,10 +48,8 @@ std::vector<std::string> splitLines(std::string_view stored)
     while (!stored.empty()) {
         const std::size_t end = stored.find('\n');
         const std::string_view line = stored.substr(0, end);
-        if (escapes)
-            lines.push_back(unescaped(line));
-        else
-            lines.emplace_back(line);
+        std::string &text = lines.emplace_back(line);
+        if (escapes) text.resize(unescape(text.data(), text.size()));
         stored.remove_prefix(end + 1);
     }
     return lines;
@@ -115,14 +112,20 @@ void appendNumbers(std::string &out, const std::vector<std::uint64_t> &numbers)
 std::vector<std::uint64_t> parseNumbers(std::string_view stored)
 {
     std::vector<std::uint64_t> numbers;
-    if (stored.empty()) return numbers;
+    parseNumbers(stored, numbers);
+    return numbers;
+}
+
+void parseNumbers(std::string_view stored, std::vector<std::uint64_t> &numbers)
+{
+    numbers.clear();
+    if (stored.empty()) return;
     Scanner in(stored);
     in.take('[');
     do numbers.push_back(in.number<std::uint64_t>());
     while (in.took(','));
     in.take(']');
     in.end();
-    return numbers;
 }
 
 void appendLinks(std::string &out, const std::vector<StoredLink> &links)
@@ -143,7 +146,14 @@ void appendLinks(std::string &out, const std::vector<StoredLink> &links)
 std::vector<StoredLink> parseLinks(std::string_view stored)
 {
     std::vector<StoredLink> links;
-    if (stored.empty()) return links;
+    parseLinks(stored, links);
+    return links;
+}
+
+void parseLinks(std::string_view stored, std::vector<StoredLink> &links)
+{
+    links.clear();
+    if (stored.empty()) return;
     constexpr std::size_t kShortest = 10; // "[1,2,0,3],"
     links.reserve(std::min(static_cast<std::size_t>(std::count(stored.begin(), stored.end(), ']')),
                            stored.size() / kShortest + 1));
@@ -160,7 +170,6 @@ std::vector<StoredLink> parseLinks(std::string_view stored)
     } while (in.took(','));
     in.take(']');
     in.end();
-    return links;
 }
 
 // --- references -------------------------------------------------------------------------------

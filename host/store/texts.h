@@ -16,10 +16,15 @@ namespace host::store {
 // as \0, a backslash as \\; every other byte as it is, UTF-8 or not. No texts: no bytes.
 void appendLine(std::string &out, std::string_view text);
 std::vector<std::string> splitLines(std::string_view stored); // throws Malformed
+// One line without its end, as it was before, in place. Result: its size, which is no greater. Throws
+// Malformed.
+std::size_t unescape(char *line, std::size_t size);
 
 // "[4,17,18]"; nothing when empty.
 void appendNumbers(std::string &out, const std::vector<std::uint64_t> &numbers);
 std::vector<std::uint64_t> parseNumbers(std::string_view stored); // throws Malformed
+void parseNumbers(std::string_view stored,
+                  std::vector<std::uint64_t> &numbers); // instead of what is there
 
 // "[[type,target,status,sequence],...]", the target as an ordinal; nothing when empty.
 struct StoredLink {
@@ -30,6 +35,7 @@ struct StoredLink {
 };
 void appendLinks(std::string &out, const std::vector<StoredLink> &links);
 std::vector<StoredLink> parseLinks(std::string_view stored); // throws Malformed
+void parseLinks(std::string_view stored, std::vector<StoredLink> &links);
 
 // The text with the number in each "<W!number@" replaced by what `translate` makes of it. A "$" makes
 // the next character literal: "$<W!5@" is no reference.

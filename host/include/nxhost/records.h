@@ -4,8 +4,10 @@
 #include "../uf_defs.h"
 
 #include <cstdint>
-#include <optional>
+#include <memory>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace nxhost {
@@ -22,22 +24,21 @@ struct StoredLink {
 
 struct StoredRecord { // alive
     RowNumber row = 0;
-    std::string className;
-    std::vector<int> ints;
-    std::vector<double> doubles;
-    std::vector<std::string> strings;
-    std::vector<StoredLink> links; // in order, null ones too
-    std::vector<RowNumber> owned;  // in order
+    std::string_view className; // empty, as all that follows, for one that was not asked for
+    std::span<const int> ints;
+    std::span<const std::string_view> strings;
+    std::span<const StoredLink> links; // in order, null ones too
+    std::span<const RowNumber> owned;  // in order
 };
 
 struct StoredNote { // alive; references in its lines are as stored
     RowNumber row = 0;
-    std::vector<std::string> lines;
+    std::span<const std::string_view> lines;
 };
 
 struct StoredSheet { // alive
     RowNumber row = 0;
-    std::string name;
+    std::string_view name;
 };
 
 struct StoredRecords {
@@ -48,13 +49,29 @@ struct StoredRecords {
 
 struct StoredAttribute {
     RowNumber owner; // 0: the part
-    std::string title;
-    std::string value;
+    std::string_view title;
+    std::string_view value;
 };
 
-// Every row that is read is verified, what is not read (lines, patterns, symbols) is not. Nothing when the
-// file is no part of this version, is damaged or waits for recovery: opening it says what is wrong.
-DllExport std::optional<StoredRecords> readRecords(const std::string &path);
-DllExport std::optional<std::vector<StoredAttribute>> readAttributes(const std::string &path);
+// Reads one file after another, each as of one moment; every row that is read is verified, what is not
+// read (lines, patterns, symbols) is not. What it gives out stands until the next call of read().
+class DllExport RecordReader {
+public:
+    // Of records of other classes only the rows are told.
+    explicit RecordReader(std::vector<std::string> classes);
+    ~RecordReader();
+    RecordReader(const RecordReader &) = delete;
+    RecordReader &operator=(const RecordReader &) = delete;
+
+    // Null when the file is no part of this version, is damaged, waits for recovery or is being saved:
+    // opening it says what is wrong.
+    const StoredRecords *read(const std::string &path);
+    // Of the file that was read last; null when they are damaged.
+    const std::vector<StoredAttribute> *attributes();
+
+private:
+    class Files;
+    std::unique_ptr<Files> m_files;
+};
 
 } // namespace nxhost

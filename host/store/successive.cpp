@@ -1,0 +1,152 @@
+#include "successive.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <sqlite3.h>
+
+namespace host::store {
+
+namespace {
+
+constexpr const char *kName = "qelfmt-memory";
+
+struct File : sqlite3_file {
+    std::string_view bytes;
+};
+
+std::string_view bytesOf(sqlite3_file *file) { return static_cast<File *>(file)->bytes; }
+
+int close(sqlite3_file *) { return SQLITE_OK; }
+
+int read(sqlite3_file *file, void *data, int size, sqlite3_int64 at)
+{
+    const std::string_view bytes = bytesOf(file);
+    const auto from = std::min(static_cast<std::size_t>(at), bytes.size());
+    const auto wanted = static_cast<std::size_t>(size);
+    const std::size_t there = std::min(wanted, bytes.size() - from);
+    if (there) std::memcpy(data, bytes.data() + from, there);
+    if (there == wanted) return SQLITE_OK;
+    std::memset(static_cast<char *>(data) + there, 0, wanted - there);
+    return SQLITE_IOERR_SHORT_READ;
+}
+
+int write(sqlite3_file *, const void *, int, sqlite3_int64) { return SQLITE_READONLY; }
+int truncate(sqlite3_file *, sqlite3_int64) { return SQLITE_READONLY; }
+int sync(sqlite3_file *, int) { return SQLITE_OK; }
+
+int fileSize(sqlite3_file *file, sqlite3_int64 *size)
+{
+    *size = static_cast<sqlite3_int64>(bytesOf(file).size());
+    return SQLITE_OK;
+}
+
+int lock(sqlite3_file *, int) { return SQLITE_OK; }
+
+int checkReserved(sqlite3_file *, int *reserved)
+{
+    *reserved = 0;
+    return SQLITE_OK;
+}
+
+int control(sqlite3_file *, int, void *) { return SQLITE_NOTFOUND; }
+int sectorSize(sqlite3_file *) { return 0; }
+int characteristics(sqlite3_file *) { return 0; }
+
+sqlite3_io_methods methods()
+{
+    sqlite3_io_methods table{};
+    table.iVersion = 1;
+    table.xClose = close;
+    table.xRead = read;
+    table.xWrite = write;
+    table.xTruncate = truncate;
+    table.xSync = sync;
+    table.xFileSize = fileSize;
+    table.xLock = lock;
+    table.xUnlock = lock;
+    table.xCheckReservedLock = checkReserved;
+    table.xFileControl = control;
+    table.xSectorSize = sectorSize;
+    table.xDeviceCharacteristics = characteristics;
+    return table;
+}
+
+int open(sqlite3_vfs *, const char *, sqlite3_file *file, int flags, int *outFlags)
+{
+    static const sqlite3_io_methods table = methods();
+    file->pMethods = nullptr;
+    if ((flags & SQLITE_OPEN_MAIN_DB) == 0) return SQLITE_CANTOPEN;
+    (new (file) File{})->pMethods = &table;
+    if (outFlags) *outFlags = SQLITE_OPEN_READONLY;
+    return SQLITE_OK;
+}
+
+int remove(sqlite3_vfs *, const char *, int) { return SQLITE_READONLY; }
+
+// Neither journal nor write-ahead log: the bytes are all there is.
+int access(sqlite3_vfs *, const char *, int, int *found)
+{
+    *found = 0;
+    return SQLITE_OK;
+}
+
+int fullName(sqlite3_vfs *, const char *name, int size, char *whole)
+{
+    sqlite3_snprintf(size, whole, "%s", name);
+    return SQLITE_OK;
+}
+
+sqlite3_vfs *make()
+{
+    static sqlite3_vfs vfs = *sqlite3_vfs_find(nullptr);
+    vfs.szOsFile = static_cast<int>(sizeof(File));
+    vfs.pNext = nullptr;
+    vfs.zName = kName;
+    vfs.xOpen = open;
+    vfs.xDelete = remove;
+    vfs.xAccess = access;
+    vfs.xFullPathname = fullName;
+    sqlite3_vfs_register(&vfs, 0);
+    return &vfs;
+}
+
+const char *memoryVfs()
+{
+    static const sqlite3_vfs *const registered = make();
+    return registered->zName;
+}
+
+Database &holding(Database &database, std::string_view bytes)
+{
+    sqlite3_file *file = nullptr;
+    database.check(
+        sqlite3_file_control(database.handle(), "main", SQLITE_FCNTL_FILE_POINTER, &file));
+    static_cast<File *>(file)->bytes = bytes;
+    // The pages of the file before must not be taken for this one's.
+    database.check(
+        sqlite3_file_control(database.handle(), "main", SQLITE_FCNTL_RESET_CACHE, nullptr));
+    return database;
+}
+
+} // namespace
+
+SuccessiveDatabase::SuccessiveDatabase(std::string_view bytes)
+    : Database("parts", SQLITE_OPEN_READONLY, memoryVfs()),
+      m_select(holding(*this, bytes), "SELECT rootpage,name,sql FROM sqlite_schema ORDER BY rowid")
+{}
+
+void SuccessiveDatabase::exchange(std::string_view bytes) { holding(*this, bytes); }
+
+const std::string &SuccessiveDatabase::tables()
+{
+    m_tables.clear();
+    while (m_select.next()) {
+        m_tables.append(std::to_string(m_select.integer())).append(1, ' ');
+        m_tables.append(m_select.text()).append(1, '\n');
+        m_tables.append(m_select.text()).append(1, '\n');
+    }
+    return m_tables;
+}
+
+} // namespace host::store
