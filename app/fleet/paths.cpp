@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <iostream>
 #include <iterator>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace app::fleet {
@@ -70,6 +71,28 @@ private:
     std::vector<Found> &m_found;
 };
 
+// What file a path leads to. Folders are followed once each.
+class Identities {
+public:
+    std::string of(const std::string &path)
+    {
+        const std::size_t slash = path.rfind('/') + 1; // 0: there is none
+        const std::string name = path.substr(slash);
+        std::error_code unknown;
+        if (name.empty() || name == "." || name == ".." || fs::is_symlink(path, unknown))
+            return canonicalPath(path);
+        std::string &folder = m_folders[path.substr(0, slash)];
+        if (folder.empty()) {
+            folder = canonicalPath(slash ? path.substr(0, slash) : ".");
+            if (folder.back() != '/') folder += '/';
+        }
+        return folder + name;
+    }
+
+private:
+    std::unordered_map<std::string, std::string> m_folders;
+};
+
 std::size_t parseCount(std::string_view text)
 {
     std::size_t count = 0;
@@ -120,9 +143,10 @@ std::vector<Found> find(const PathArguments &arguments)
     }
     const auto byPath = [](const Found &a, const Found &b) { return a.path < b.path; };
     std::stable_sort(found.begin(), found.end(), byPath);
+    Identities identities;
     std::unordered_set<std::string> seen;
     std::erase_if(found,
-                  [&](const Found &one) { return !seen.insert(canonicalPath(one.path)).second; });
+                  [&](const Found &one) { return !seen.insert(identities.of(one.path)).second; });
 
     std::vector<Found> chosen;
     for (std::size_t i = 0; i < found.size(); ++i)

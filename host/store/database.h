@@ -48,7 +48,8 @@ public:
     bool next(); // steps to the next row
     void restart();
 
-    // Reading goes left to right in the row; a value of another type is damage (Malformed).
+    // Reading goes left to right in the row, from the first column or the one said; a value of another type is damage (Malformed).
+    void goTo(int column) { m_column = column; }
     std::int64_t integer();
     std::string_view text();
     std::string_view blob();

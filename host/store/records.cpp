@@ -181,8 +181,7 @@ class Tables {
 public:
     explicit Tables(std::string_view bytes)
         : m_database(bytes), m_known(m_database.tables()), m_part(m_database, PartRow::kSelect),
-          m_values(m_database, kValues), m_others(m_database, kOthers),
-          m_attributes(m_database, AttributeRow::kSelect)
+          m_objects(m_database, ObjectRow::kSelect), m_attributes(m_database, AttributeRow::kSelect)
     {}
 
     // False when they are other tables than those that the statements know.
@@ -195,25 +194,42 @@ public:
     void readObjects(Decoder &decoder)
     {
         readPartRow();
-        Tally tally = readRows<ObjectRow>(m_values, decoder);
-        while (m_others.next()) {
-            tally.add(m_others.integer());
-            kindIndex(m_others.text());
-        }
+        Tally tally;
+        ObjectRow row;
+        while (m_objects.next())
+            if (hasValues()) {
+                tally.add(read(m_objects, row));
+                decoder.take(row);
+            } else {
+                m_objects.goTo(kChecksum);
+                tally.add(m_objects.integer());
+            }
         require(tally, m_row.objects);
     }
     void readAttributes(Decoder &decoder)
     {
-        require(readRows<AttributeRow>(m_attributes, decoder), m_row.attributes);
+        Tally tally;
+        AttributeRow row;
+        while (m_attributes.next()) {
+            tally.add(read(m_attributes, row));
+            decoder.take(row);
+        }
+        require(tally, m_row.attributes);
     }
 
 private:
-    // Kinds with values; of the others the checksums alone.
-    static constexpr std::string_view kValues =
-        "SELECT * FROM object WHERE kind='udo' OR kind='note' OR kind='sheet'";
-    static constexpr std::string_view kOthers =
-        "SELECT checksum,kind FROM object WHERE kind<>'udo' AND kind<>'note' AND kind<>'sheet'";
+    static constexpr int kKind = 1, kChecksum = 17; // columns of objects
 
+    // Of rows without values the checksums alone are read.
+    bool hasValues()
+    {
+        m_objects.goTo(kKind);
+        const std::string_view kind = m_objects.text();
+        m_objects.goTo(0);
+        if (kind == "udo" || kind == "note" || kind == "sheet") return true;
+        kindIndex(kind);
+        return false;
+    }
     // What the part's own row says of the tables.
     void readPartRow()
     {
@@ -222,20 +238,9 @@ private:
         m_row.layers = {}; // its bytes are the statement's
         m_part.restart();
     }
-    template <class Row> static Tally readRows(Statement &select, Decoder &decoder)
-    {
-        Tally tally;
-        Row row;
-        while (select.next()) {
-            tally.add(read(select, row));
-            decoder.take(row);
-        }
-        return tally;
-    }
-
     SuccessiveDatabase m_database;
     const std::string m_known;
-    Statement m_part, m_values, m_others, m_attributes;
+    Statement m_part, m_objects, m_attributes;
     PartRow m_row;
 };
 

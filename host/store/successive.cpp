@@ -53,10 +53,21 @@ int control(sqlite3_file *, int, void *) { return SQLITE_NOTFOUND; }
 int sectorSize(sqlite3_file *) { return 0; }
 int characteristics(sqlite3_file *) { return 0; }
 
+// Whole pages are not copied: the database looks at them where they are.
+int fetch(sqlite3_file *file, sqlite3_int64 at, int size, void **data)
+{
+    const std::string_view bytes = bytesOf(file);
+    const bool there = static_cast<std::size_t>(at + size) <= bytes.size();
+    *data = there ? const_cast<char *>(bytes.data() + at) : nullptr;
+    return SQLITE_OK;
+}
+
+int unfetch(sqlite3_file *, sqlite3_int64, void *) { return SQLITE_OK; }
+
 sqlite3_io_methods methods()
 {
     sqlite3_io_methods table{};
-    table.iVersion = 1;
+    table.iVersion = 3;
     table.xClose = close;
     table.xRead = read;
     table.xWrite = write;
@@ -69,6 +80,8 @@ sqlite3_io_methods methods()
     table.xFileControl = control;
     table.xSectorSize = sectorSize;
     table.xDeviceCharacteristics = characteristics;
+    table.xFetch = fetch;
+    table.xUnfetch = unfetch;
     return table;
 }
 
@@ -129,11 +142,17 @@ Database &holding(Database &database, std::string_view bytes)
     return database;
 }
 
+Database &looking(Database &database, std::string_view bytes)
+{
+    database.run("PRAGMA mmap_size=1"); // any: fetch() says where there is something
+    return holding(database, bytes);
+}
+
 } // namespace
 
 SuccessiveDatabase::SuccessiveDatabase(std::string_view bytes)
     : Database("parts", SQLITE_OPEN_READONLY, memoryVfs()),
-      m_select(holding(*this, bytes), "SELECT rootpage,name,sql FROM sqlite_schema ORDER BY rowid")
+      m_select(looking(*this, bytes), "SELECT rootpage,name,sql FROM sqlite_schema ORDER BY rowid")
 {}
 
 void SuccessiveDatabase::exchange(std::string_view bytes) { holding(*this, bytes); }
