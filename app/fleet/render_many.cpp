@@ -28,15 +28,20 @@ std::vector<std::string> pathsOf(const std::vector<Found> &found)
     return paths;
 }
 
-// By drawing. Two drawings must not end in one picture.
-std::map<std::string, std::string> outputsOf(const std::vector<Found> &found,
-                                             const RenderManyArguments &arguments)
+struct Outputs {
+    std::map<std::string, std::string> ofDrawings;
+    std::map<std::string, std::string> owners;
+};
+
+// Two drawings must not end in one picture.
+Outputs outputsOf(const std::vector<Found> &found, const RenderManyArguments &arguments)
 {
-    std::map<std::string, std::string> outputs, owners;
+    Outputs outputs;
     for (const Found &one : found) {
-        const fs::path output = fs::path(arguments.output) / one.name;
-        outputs[one.path] = fs::path(output).replace_extension(arguments.ending).string();
-        const auto [owner, fresh] = owners.emplace(outputs[one.path], one.path);
+        std::string &output = outputs.ofDrawings[one.path];
+        output =
+            (fs::path(arguments.output) / one.name).replace_extension(arguments.ending).string();
+        const auto [owner, fresh] = outputs.owners.emplace(output, one.path);
         if (!fresh)
             throw Problem(
                 fmt::format("{} and {} would both be drawn to {}: render their folders one "
@@ -44,6 +49,19 @@ std::map<std::string, std::string> outputsOf(const std::vector<Found> &found,
                             owner->second, one.path, owner->first));
     }
     return outputs;
+}
+
+// Whether the picture of one sheet of another drawing can have the name: "a-b.svg" is sheet b of "a". Those
+// that cannot be need no claim, for the outputs are different.
+bool mayBeAnothers(const std::string &output, const Outputs &outputs)
+{
+    const fs::path path(output);
+    const std::string stem = path.stem().string(), ending = path.extension().string();
+    for (std::size_t at = 0; (at = stem.find('-', at)) != std::string::npos; ++at) {
+        const std::string other = (path.parent_path() / (stem.substr(0, at) + ending)).string();
+        if (outputs.owners.count(other)) return true;
+    }
+    return false;
 }
 
 // Two drawings that have several sheets may come to one name all the same.
@@ -57,12 +75,14 @@ void claim(const Claims &claims, const std::string &name, const std::string &dra
 }
 
 // {"names": the pictures, "notes": what is to be said of them}
-std::string drawAll(Workspace &work, const std::string &output, const Claims &claims,
+std::string drawAll(Workspace &work, const Outputs &outputs, const Claims &claims,
                     const RenderManyArguments &arguments, bool dryRun)
 {
+    const std::string &output = outputs.ofDrawings.at(work.path());
     const std::vector<SheetRef> sheets = sheetsOf(work);
     const std::vector<std::string> names = pictureNames(sheets, output);
-    for (const std::string &name : names) claim(claims, name, work.path());
+    if (names.size() > 1 || mayBeAnothers(output, outputs))
+        for (const std::string &name : names) claim(claims, name, work.path());
     Json result{{"names", names}, {"notes", Json::array()}};
     if (dryRun) return result.dump();
     if (const fs::path folder = fs::path(output).parent_path(); !folder.empty())
@@ -108,7 +128,7 @@ int renderMany(const Options &options, const RenderManyArguments &arguments)
         for (const Json &name : result["names"]) claim(claims, name, drawing);
     });
     const RunEnd end = run.execute(onDrawings(options, run.keys(), false, [&](Workspace &work) {
-        return drawAll(work, outputs.at(work.path()), claims, arguments, options.dryRun);
+        return drawAll(work, outputs, claims, arguments, options.dryRun);
     }));
     Json written = Json::array();
     std::size_t count = 0;

@@ -18,7 +18,19 @@ Database::Database(const std::string &path, int flags, const char *vfs)
     sqlite3_db_config(m_handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
 }
 
-Database::~Database() { sqlite3_close(m_handle); }
+Database::~Database()
+{
+    m_kept.clear();
+    sqlite3_close(m_handle);
+}
+
+Statement &Database::kept(std::string_view sql)
+{
+    std::unique_ptr<Statement> &statement = m_kept[sql];
+    if (!statement) statement = std::make_unique<Statement>(*this, sql);
+    statement->restart();
+    return *statement;
+}
 
 void Database::check(int result)
 {
@@ -73,6 +85,7 @@ void Statement::restart()
 {
     sqlite3_reset(m_statement);
     m_column = 0;
+    m_bytesRead = 0;
 }
 
 bool Statement::next()

@@ -4,6 +4,8 @@
 #include "errors.h"
 
 #include <cstdint>
+#include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -11,6 +13,8 @@ struct sqlite3;
 struct sqlite3_stmt;
 
 namespace host::store {
+
+class Statement;
 
 class Database {
 public:
@@ -23,6 +27,8 @@ public:
     void run(const char *sql);
     [[noreturn]] void fail(); // with what SQLite says
     void check(int result);   // SQLITE_OK or fail()
+    // Prepared when it is first asked for, and ready to be run again: one user at a time. `sql` is constant.
+    Statement &kept(std::string_view sql);
     sqlite3 *handle() const { return m_handle; }
     const std::string &path() const { return m_path; }
     void setName(const std::string &name) { m_path = name; } // for messages
@@ -31,6 +37,7 @@ private:
     std::string m_path;
     Access m_access;
     sqlite3 *m_handle = nullptr;
+    std::map<std::string_view, std::unique_ptr<Statement>> m_kept;
 };
 
 class Statement {

@@ -3,22 +3,24 @@
 #include "loader.h"
 #include "locks.h"
 #include "open.h"
+#include "pack.h"
+#include "successive.h"
 #include "vfs.h"
+#include "whole_file.h"
 
 #include "uf_part.h"
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <sqlite3.h>
 
 namespace host::store {
 
 namespace {
 
-// From the first read on nobody can write: what is verified is what is read.
 LoadedPart readAll(Database &database)
 {
-    database.run("BEGIN; SELECT 1 FROM sqlite_schema");
     const std::int64_t size = verifyFormat(database);
     // A damaged length must not ask for more than there is.
     sqlite3_limit(database.handle(), SQLITE_LIMIT_LENGTH,
@@ -26,10 +28,29 @@ LoadedPart readAll(Database &database)
     return Loader(database, size).run();
 }
 
+// Most files are small, and one after another is read where many drawings are looked at. What is wrong
+// with a file is left to be said by reading it again in the other way.
+std::optional<LoadedPart> readSmallFile(const std::string &path)
+{
+    constexpr std::size_t kSmall = 1 << 20;
+    static auto *const file = new WholeFile; // both for as long as the process
+    static auto *const databases = new SuccessiveDatabase;
+    if (!file->read(path, kSmall)) return {};
+    try {
+        return readAll(databases->exchange(file->bytes()));
+    } catch (const StoreError &) {
+    } catch (const Malformed &) {
+    }
+    databases->forget();
+    return {};
+}
+
 LoadedPart readFile(const std::string &path)
 {
     Database database(path, SQLITE_OPEN_READONLY, steppingVfs());
     sqlite3_busy_timeout(database.handle(), kPatienceMilliseconds);
+    // From the first read on nobody can write: what is verified is what is read.
+    database.run("BEGIN; SELECT 1 FROM sqlite_schema");
     return readAll(database);
 }
 
@@ -55,7 +76,8 @@ LoadedPart load(const std::string &path)
     requireFile(path);
     finishInterruptedSave(path);
     try {
-        LoadedPart loaded = readFile(path);
+        auto small = readSmallFile(path);
+        LoadedPart loaded = small ? std::move(*small) : readFile(path);
         loaded.part->path = path;
         loaded.part->everSaved = true;
         loaded.part->stored.path = path;
@@ -76,6 +98,7 @@ LoadedPart loadImage(std::string_view bytes, const std::string &name)
     const auto size = static_cast<sqlite3_int64>(bytes.size());
     database.check(sqlite3_deserialize(database.handle(), "main", data, size, size,
                                        SQLITE_DESERIALIZE_READONLY));
+    database.run("BEGIN; SELECT 1 FROM sqlite_schema");
     return readAll(database);
 }
 

@@ -45,7 +45,7 @@ void Loader::fail(const Object &holder, const char *what) const
 template <class Row, class Take>
 Tally Loader::readTable(std::int64_t (*key)(const Row &), Take &&take)
 {
-    Statement select(m_database, Row::kSelect);
+    Statement &select = m_database.kept(Row::kSelect);
     Tally tally;
     Row row;
     while (select.next()) {

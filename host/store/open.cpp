@@ -75,7 +75,7 @@ private:
 // The tables are exactly ours, letter by letter: no other table, no view, no trigger.
 void verifyTables(Database &database)
 {
-    Statement select(database, "SELECT type,name,sql FROM sqlite_schema ORDER BY rowid");
+    Statement &select = database.kept("SELECT type,name,sql FROM sqlite_schema ORDER BY rowid");
     try {
         for (std::size_t i = 0; i < std::size(kTables); ++i)
             if (!select.next() || select.text() != "table" || select.text() != kTables[i] ||

@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <cstring>
 #include <memory_resource>
-#include <optional>
 
 namespace host::store {
 
@@ -176,73 +175,57 @@ void require(const Tally &found, const Tally &stored)
     if (found != stored) throw Malformed{"rows are missing or of another state of the part"};
 }
 
-// The statements on one part after another.
-class Tables {
-public:
-    explicit Tables(std::string_view bytes)
-        : m_database(bytes), m_known(m_database.tables()), m_part(m_database, PartRow::kSelect),
-          m_objects(m_database, ObjectRow::kSelect), m_attributes(m_database, AttributeRow::kSelect)
-    {}
+PartRow partRowOf(Database &database)
+{
+    Statement &select = database.kept(PartRow::kSelect);
+    PartRow row;
+    if (!select.next()) throw Malformed{"the part's own row is missing"};
+    read(select, row);
+    row.layers = {}; // its bytes are the statement's
+    select.restart();
+    return row;
+}
 
-    // False when they are other tables than those that the statements know.
-    bool exchange(std::string_view bytes)
-    {
-        m_database.exchange(bytes);
-        return m_database.tables() == m_known;
-    }
+// Of rows without values the checksums alone are read.
+bool hasValues(Statement &object)
+{
+    constexpr int kKind = 1; // column
+    object.goTo(kKind);
+    const std::string_view kind = object.text();
+    object.goTo(0);
+    if (kind == "udo" || kind == "note" || kind == "sheet") return true;
+    kindIndex(kind);
+    return false;
+}
 
-    void readObjects(Decoder &decoder)
-    {
-        readPartRow();
-        Tally tally;
-        ObjectRow row;
-        while (m_objects.next())
-            if (hasValues()) {
-                tally.add(read(m_objects, row));
-                decoder.take(row);
-            } else {
-                m_objects.goTo(kChecksum);
-                tally.add(m_objects.integer());
-            }
-        require(tally, m_row.objects);
-    }
-    void readAttributes(Decoder &decoder)
-    {
-        Tally tally;
-        AttributeRow row;
-        while (m_attributes.next()) {
-            tally.add(read(m_attributes, row));
+void readObjects(Database &database, Decoder &decoder)
+{
+    constexpr int kChecksum = 17; // column
+    Statement &select = database.kept(ObjectRow::kSelect);
+    Tally tally;
+    ObjectRow row;
+    while (select.next())
+        if (hasValues(select)) {
+            tally.add(read(select, row));
             decoder.take(row);
+        } else {
+            select.goTo(kChecksum);
+            tally.add(select.integer());
         }
-        require(tally, m_row.attributes);
-    }
+    require(tally, partRowOf(database).objects);
+}
 
-private:
-    static constexpr int kKind = 1, kChecksum = 17; // columns of objects
-
-    // Of rows without values the checksums alone are read.
-    bool hasValues()
-    {
-        m_objects.goTo(kKind);
-        const std::string_view kind = m_objects.text();
-        m_objects.goTo(0);
-        if (kind == "udo" || kind == "note" || kind == "sheet") return true;
-        kindIndex(kind);
-        return false;
+void readAttributes(Database &database, Decoder &decoder)
+{
+    Statement &select = database.kept(AttributeRow::kSelect);
+    Tally tally;
+    AttributeRow row;
+    while (select.next()) {
+        tally.add(read(select, row));
+        decoder.take(row);
     }
-    // What the part's own row says of the tables.
-    void readPartRow()
-    {
-        if (!m_part.next()) throw Malformed{"the part's own row is missing"};
-        read(m_part, m_row);
-        m_row.layers = {}; // its bytes are the statement's
-        m_part.restart();
-    }
-    SuccessiveDatabase m_database;
-    const std::string m_known;
-    Statement m_part, m_objects, m_attributes;
-    PartRow m_row;
-};
+    require(tally, partRowOf(database).attributes);
+}
 
 } // namespace
 
@@ -256,21 +239,19 @@ public:
     {
         m_decoder.clear();
         m_sound = m_file.read(path) && host::store::isPart(m_file.bytes()) && attempt([&] {
-                      if (!m_tables || !m_tables->exchange(m_file.bytes()))
-                          m_tables.emplace(m_file.bytes());
-                      m_tables->readObjects(m_decoder);
+                      m_database = &m_databases.exchange(m_file.bytes());
+                      readObjects(*m_database, m_decoder);
                   });
         return m_sound ? &m_decoder.found() : nullptr;
     }
     const std::vector<StoredAttribute> *attributes()
     {
         m_sound = m_sound && (!m_decoder.attributes().empty() ||
-                              attempt([&] { m_tables->readAttributes(m_decoder); }));
+                              attempt([&] { readAttributes(*m_database, m_decoder); }));
         return m_sound ? &m_decoder.attributes() : nullptr;
     }
 
 private:
-    // After trouble nothing is left that could be in the middle of something.
     template <class Body> bool attempt(const Body &body)
     {
         try {
@@ -279,14 +260,15 @@ private:
         } catch (const host::store::StoreError &) {
         } catch (const host::store::Malformed &) {
         }
-        m_tables.reset();
+        m_databases.forget();
         return false;
     }
 
-    host::store::WholeFile m_file; // outlives the tables that read in it
+    host::store::WholeFile m_file;
     host::store::Decoder m_decoder;
-    std::optional<host::store::Tables> m_tables;
-    bool m_sound = false; // what was read last
+    host::store::SuccessiveDatabase m_databases;
+    host::store::Database *m_database = nullptr; // of what was read last, when that is sound
+    bool m_sound = false;
 };
 
 nxhost::RecordReader::RecordReader(std::vector<std::string> classes)

@@ -130,42 +130,48 @@ const char *memoryVfs()
     return registered->zName;
 }
 
-Database &holding(Database &database, std::string_view bytes)
+std::unique_ptr<Database> connect()
 {
-    sqlite3_file *file = nullptr;
-    database.check(
-        sqlite3_file_control(database.handle(), "main", SQLITE_FCNTL_FILE_POINTER, &file));
-    static_cast<File *>(file)->bytes = bytes;
-    // The pages of the file before must not be taken for this one's.
-    database.check(
-        sqlite3_file_control(database.handle(), "main", SQLITE_FCNTL_RESET_CACHE, nullptr));
+    auto database = std::make_unique<Database>("parts", SQLITE_OPEN_READONLY, memoryVfs());
+    database->run("PRAGMA mmap_size=1"); // any: fetch() says where there is something
     return database;
 }
 
-Database &looking(Database &database, std::string_view bytes)
+std::string tablesOf(Database &database)
 {
-    database.run("PRAGMA mmap_size=1"); // any: fetch() says where there is something
-    return holding(database, bytes);
+    std::string tables;
+    Statement &select = database.kept("SELECT rootpage,name,sql FROM sqlite_schema ORDER BY rowid");
+    while (select.next()) {
+        tables.append(std::to_string(select.integer())).append(1, ' ');
+        tables.append(select.text()).append(1, '\n');
+        tables.append(select.text()).append(1, '\n');
+    }
+    return tables;
 }
 
 } // namespace
 
-SuccessiveDatabase::SuccessiveDatabase(std::string_view bytes)
-    : Database("parts", SQLITE_OPEN_READONLY, memoryVfs()),
-      m_select(looking(*this, bytes), "SELECT rootpage,name,sql FROM sqlite_schema ORDER BY rowid")
-{}
-
-void SuccessiveDatabase::exchange(std::string_view bytes) { holding(*this, bytes); }
-
-const std::string &SuccessiveDatabase::tables()
+Database &SuccessiveDatabase::exchange(std::string_view bytes)
 {
+    if (m_database && takes(bytes)) return *m_database;
+    m_database = connect();
     m_tables.clear();
-    while (m_select.next()) {
-        m_tables.append(std::to_string(m_select.integer())).append(1, ' ');
-        m_tables.append(m_select.text()).append(1, '\n');
-        m_tables.append(m_select.text()).append(1, '\n');
-    }
-    return m_tables;
+    takes(bytes);
+    return *m_database;
+}
+
+// False when its tables are others than those that the connection knows.
+bool SuccessiveDatabase::takes(std::string_view bytes)
+{
+    sqlite3 *const handle = m_database->handle();
+    sqlite3_file *file = nullptr;
+    m_database->check(sqlite3_file_control(handle, "main", SQLITE_FCNTL_FILE_POINTER, &file));
+    static_cast<File *>(file)->bytes = bytes;
+    // The pages of the file before must not be taken for this one's.
+    m_database->check(sqlite3_file_control(handle, "main", SQLITE_FCNTL_RESET_CACHE, nullptr));
+    std::string tables = tablesOf(*m_database);
+    if (m_tables.empty()) m_tables = tables;
+    return tables == m_tables;
 }
 
 } // namespace host::store

@@ -1,27 +1,28 @@
-// One database connection for many files, one after another: what it has learnt of the tables, and its
-// prepared statements, serve all files that have the same tables.
+// One database connection for many files, one after another: what it has learnt of the tables, and the
+// statements that it keeps, serve all files that have the same tables.
 #pragma once
 
 #include "database.h"
 
+#include <memory>
 #include <string>
 #include <string_view>
 
 namespace host::store {
 
-class SuccessiveDatabase : public Database {
+class SuccessiveDatabase {
 public:
-    // Read only. `bytes` are the first file; they must live until the next takes their place.
-    explicit SuccessiveDatabase(std::string_view bytes);
-
-    // No statement may be in the middle of its rows. The tables may be others: compare tables().
-    void exchange(std::string_view bytes);
-    // What the database says of its tables, with the places of their first pages.
-    const std::string &tables(); // until the next call
+    // The database that these bytes are, to be read; they must live until the next exchange. No statement
+    // of the one before may be in the middle of its rows.
+    Database &exchange(std::string_view bytes);
+    // After any trouble with a file: nothing is left that could be in the middle of something.
+    void forget() { m_database.reset(); }
 
 private:
-    Statement m_select;
-    std::string m_tables;
+    bool takes(std::string_view bytes);
+
+    std::unique_ptr<Database> m_database;
+    std::string m_tables; // what it says of them, with the places of their first pages
 };
 
 } // namespace host::store

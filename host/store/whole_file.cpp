@@ -60,7 +60,7 @@ void WholeFile::makeRoom(std::size_t size)
     m_room = size;
 }
 
-bool WholeFile::read(const std::string &path)
+bool WholeFile::read(const std::string &path, std::size_t most)
 {
     m_size = 0;
     const OpenFile file(path);
@@ -69,6 +69,7 @@ bool WholeFile::read(const std::string &path)
         ::fstat(file.file(), &info) != 0 || !S_ISREG(info.st_mode))
         return false;
     const auto size = static_cast<std::size_t>(info.st_size);
+    if (size > most) return false;
     makeRoom(size);
     if (!readAll(file.file(), m_bytes.get(), size)) return false;
     m_size = size;

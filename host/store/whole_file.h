@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <limits>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -12,8 +13,8 @@ class WholeFile {
 public:
     // The bytes are of one moment: nobody saves in place while they are read. False when the file cannot
     // be read, somebody is saving, or an interrupted save waits to be undone: who opens the part sees to
-    // that.
-    bool read(const std::string &path);
+    // that, or it has more than `most` bytes.
+    bool read(const std::string &path, std::size_t most = std::numeric_limits<std::size_t>::max());
     std::string_view bytes() const { return {m_bytes.get(), m_size}; } // until the next read
 
 private:
