@@ -23,6 +23,21 @@ namespace {
 
 using Values = std::map<std::string, std::string>; // by the field's name in small letters
 
+// The fields that say something of a document, the first before the next.
+using Names = std::initializer_list<const char *>;
+constexpr Names kTitle{"title"};
+constexpr Names kNumber{"number", "dwg_no", "drawing_no"};
+constexpr Names kAuthor{"creator", "drawn", "drawn_by", "author"};
+constexpr Names kRevision{"revision"};
+
+bool saysSomething(const std::string &field)
+{
+    const Names all[]{kTitle, kNumber, kAuthor, kRevision};
+    return std::any_of(std::begin(all), std::end(all), [&](const Names &names) {
+        return std::find(names.begin(), names.end(), field) != names.end();
+    });
+}
+
 std::string lowered(std::string text)
 {
     std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) {
@@ -51,12 +66,14 @@ void collect(const SheetRef &sheet, Values &values)
     if (!drawing->hasFormat()) return;
     for (const auto &block : drawing->format()->getBlocks())
         for (const auto &field : block->getFields()) {
-            std::string &value = values[lowered(field->GetFieldDefName())];
+            const std::string name = lowered(field->GetFieldDefName());
+            if (!saysSomething(name)) continue;
+            std::string &value = values[name];
             if (value.empty()) value = shownValue(*field);
         }
 }
 
-void take(std::string &into, const Values &values, std::initializer_list<const char *> names)
+void take(std::string &into, const Values &values, Names names)
 {
     for (const char *name : names) {
         if (!into.empty()) return;
@@ -72,12 +89,12 @@ host::display::RenderOptions withDocumentInfo(host::display::RenderOptions optio
 {
     Values values;
     for (const SheetRef &sheet : sheets) collect(sheet, values);
-    take(options.title, values, {"title"});
-    take(options.subject, values, {"number", "dwg_no", "drawing_no"});
-    take(options.author, values, {"creator", "drawn", "drawn_by", "author"});
+    take(options.title, values, kTitle);
+    take(options.subject, values, kNumber);
+    take(options.author, values, kAuthor);
     if (options.keywords.empty()) {
         std::string revision;
-        take(revision, values, {"revision"});
+        take(revision, values, kRevision);
         if (!revision.empty()) options.keywords = "revision " + revision;
     }
     return options;

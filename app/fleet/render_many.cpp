@@ -122,7 +122,7 @@ int renderMany(const Options &options, const RenderManyArguments &arguments)
                         arguments.ending, arguments.options.monochrome ? "--monochrome" : "",
                         arguments.options.pngDpi, arguments.options.creationDate.value_or(""),
                         options.dryRun ? "--dry-run" : ""),
-            pathsOf(found));
+            pathsOf(found), Journal::Keeping::inBatches);
     const Claims claims;
     eachDone(run, [&](const std::string &drawing, const Json &result) { // by earlier runs
         for (const Json &name : result["names"]) claim(claims, name, drawing);

@@ -1,5 +1,8 @@
 // Reports of many drawings, in every form.
 #include "fleet_shell.h"
+#include "interrupted_save.h"
+
+#include <map>
 
 namespace {
 
@@ -18,6 +21,22 @@ protected:
     }
     Outcome report(const std::string &rest) const { return qelfmt("--defs site report " + rest); }
 };
+
+std::string nameOf(int number)
+{
+    std::string digits = std::to_string(number);
+    return "d/m" + std::string(3 - digits.size(), '0') + digits + ".qdraw";
+}
+
+// Whether the process has the file open.
+bool isAt(pid_t process, const std::string &file)
+{
+    std::error_code gone;
+    for (const auto &entry :
+         std::filesystem::directory_iterator("/proc/" + std::to_string(process) + "/fd", gone))
+        if (std::filesystem::read_symlink(entry.path(), gone) == file) return true;
+    return false;
+}
 
 TEST_F(FleetReport, JsonHasAnObjectASheetWithEveryValueAndRow)
 {
@@ -160,6 +179,38 @@ TEST_F(FleetReport, TheNumberOfWorkersChangesNothing)
     const std::string one = report("d --as json -j 1").out;
     EXPECT_EQ(report("d --as json -j 3").out, one);
     EXPECT_EQ(report("d --as json -j 40").out, one);
+}
+
+// It has been given many at a time by then, and the one it dies of is the one that it waits for.
+TEST_F(FleetReport, AWorkerThatDiesTakesDownItsOwnOfManyQuickDrawings)
+{
+    constexpr int kMany = 120;
+    for (int i = 0; i < kMany; ++i)
+        std::filesystem::copy_file(folder / "d/one.qdraw", folder / nameOf(i));
+    OpenTransaction save(folder / "d/m060.qdraw");
+    save.run("COMMIT; BEGIN EXCLUSIVE");
+    RunningCommand running(folder,
+                           {"report", "d", "-j", "1", "--columns", "TITLE.*", "-o", "r.json"});
+    const std::string waitedFor = std::filesystem::canonical(folder / "d/m060.qdraw");
+    pid_t worker = 0;
+    ASSERT_TRUE(RunningCommand::waitFor([&] {
+        for (const pid_t process : running.workers())
+            if (isAt(process, waitedFor)) worker = process;
+        return worker != 0;
+    }));
+    kill(worker, SIGKILL);
+    const Outcome end = running.end();
+    EXPECT_EQ(end.status, 3);
+    EXPECT_TRUE(holds(end.err, "d/m060.qdraw: the process that worked on it was ended by signal 9"))
+        << end.err;
+    std::map<std::string, int> failed;
+    int told = 0;
+    for (const auto &row : nlohmann::json::parse(read("r.json"))) {
+        if (row.contains("error")) ++failed[row["file"]];
+        told += row.contains("values");
+    }
+    EXPECT_EQ(failed, (std::map<std::string, int>{{"d/m060.qdraw", 1}}));
+    EXPECT_EQ(told, kMany - 1 + 3); // one.qdraw has a sheet with values, two.qdraw two
 }
 
 TEST_F(FleetReport, AReportChangesNoDrawing)
