@@ -111,10 +111,10 @@ private:
 
 void Listing::add(const Object &object)
 {
-    line(head(object) + std::visit([&](const auto &body) { return values(body); }, object.body));
+    line(head(object) + visitBody([&](const auto &body) { return values(body); }, object.body));
     for (const Attribute &attribute : object.attributes)
         detail("attribute " + quoted(attribute.title) + " = " + quoted(attribute.value));
-    std::visit([&](const auto &body) { details(body); }, object.body);
+    visitBody([&](const auto &body) { details(body); }, object.body);
 }
 
 std::string Listing::head(const Object &object) const

@@ -3,6 +3,8 @@
 #pragma once
 
 #include "attributes.h"
+#include "boxed.h"
+#include "by_number.h"
 
 #include "uf_defs.h"
 
@@ -13,6 +15,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <variant>
 #include <vector>
 
@@ -169,8 +172,27 @@ struct FontTable {
     std::vector<std::string> names; // index 1 first
 };
 
-using Body =
-    std::variant<Udo, Point, Line, Arc, Area, Note, IdSymbol, Pattern, Sheet, View, FontTable>;
+// Most objects of a sheet are lines: what is larger stands beside.
+template <class T> using InBody = std::conditional_t<(sizeof(T) > sizeof(Sheet)), Boxed<T>, T>;
+using Body = std::variant<InBody<Udo>, Point, Line, Arc, Area, InBody<Note>, InBody<IdSymbol>,
+                          InBody<Pattern>, Sheet, View, FontTable>;
+
+template <class T> T *bodyAs(Body &body) // null when it is of another kind
+{
+    auto *held = std::get_if<InBody<T>>(&body);
+    if constexpr (std::is_same_v<InBody<T>, T>)
+        return held;
+    else
+        return held ? &**held : nullptr;
+}
+template <class T> const T *bodyAs(const Body &body) { return bodyAs<T>(const_cast<Body &>(body)); }
+
+// Calls `take` with the value of whichever kind it is.
+template <class Take> decltype(auto) visitBody(Take &&take, const Body &body)
+{
+    return std::visit([&](const auto &kind) -> decltype(auto) { return take(unboxed(kind)); },
+                      body);
+}
 
 enum class Status { deleted = 0, temporary = 1, condemned = 2, alive = 3 };
 
@@ -186,14 +208,14 @@ struct Object {
     Tag view = 0;  // the view it depends on; 0 a model object
     Tag owner = 0; // the UDO that owns it
     Attributes attributes;
-    Body body;
+    Body body = Point{};
 
-    template <class T> T *as() { return std::get_if<T>(&body); }
-    template <class T> const T *as() const { return std::get_if<T>(&body); }
+    template <class T> T *as() { return bodyAs<T>(body); }
+    template <class T> const T *as() const { return bodyAs<T>(body); }
 };
 
 // Objects by order of creation.
-using Ordered = std::map<std::uint64_t, Object *>;
+using Ordered = ByNumber<Object *>;
 
 // What the part's file holds and what has changed since, so that saving writes the difference. Kept
 // by host/store; while there is no file nothing is noted.

@@ -258,9 +258,8 @@ void Session::Inner::retire(Object &object)
     object.status = Status::deleted;
     session.highlighted.erase(tag);
     outOfDateTargets.erase(tag);
-    const auto place = entries.find(tag);
-    deadObjects.push_back(std::move(place->second.object));
-    entries.erase(place);
+    deadObjects.push_back(std::move(entries.find(tag)->object));
+    entries.erase(tag);
     for (const auto &listener : session.retirementListeners) listener(tag);
 }
 

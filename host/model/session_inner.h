@@ -2,6 +2,7 @@
 #pragma once
 
 #include "session.h"
+#include "tag_table.h"
 
 #include <deque>
 
@@ -13,9 +14,9 @@ struct Session::Inner {
     // What the session knows of an object beside its values.
     struct Entry {
         std::unique_ptr<Object> object;
-        std::unique_ptr<std::map<std::uint64_t, Tag>> inbound; // link sequence -> linking UDO
-        bool going = false;                                    // its deletion has begun
-        bool ending = false; // a UDO that drops its own links: they need no upkeep any more
+        ByNumber<Tag> inbound; // link sequence -> linking UDO
+        bool going = false;    // its deletion has begun
+        bool ending = false;   // a UDO that drops its own links: they need no upkeep any more
     };
 
     // Condemned and just deleted objects may still be referred to by the calls above us on the
@@ -76,7 +77,7 @@ struct Session::Inner {
 
     Session &session;
     Tag nextTag = 20001;
-    std::unordered_map<Tag, Entry> entries;
+    TagTable<Entry> entries;
     std::unordered_map<Tag, Part *> partsByTag;
     std::deque<UdoClassRecord> classes; // the id of the first one is kFirstClassId
     std::map<std::string, ClassId, std::less<>> classIds;

@@ -15,16 +15,13 @@ void Session::Inner::indexLink(const Object &udo, const Link &link)
 {
     Entry *target = entry(link.target);
     if (!target) return;
-    if (!target->inbound) target->inbound = std::make_unique<std::map<std::uint64_t, Tag>>();
-    target->inbound->emplace(link.sequence, udo.tag);
+    target->inbound.set(link.sequence, udo.tag);
 }
 
 void Session::Inner::unindexLink(const Link &link)
 {
     Entry *target = entry(link.target);
-    if (!target || !target->inbound) return;
-    target->inbound->erase(link.sequence);
-    if (target->inbound->empty()) target->inbound.reset();
+    if (target) target->inbound.erase(link.sequence);
 }
 
 // New links come at the end and replaced ones keep their sequence: the array is in this order.
@@ -50,9 +47,9 @@ std::vector<Session::Inbound> Session::linksTo(Tag target) const
 {
     std::vector<Inbound> result;
     const Inner::Entry *entry = m_inner->entry(target);
-    if (!entry || !entry->inbound) return result;
-    result.reserve(entry->inbound->size());
-    for (const auto &[sequence, udo] : *entry->inbound)
+    if (!entry) return result;
+    result.reserve(entry->inbound.size());
+    for (const auto &[sequence, udo] : entry->inbound)
         if (const Link *link = m_inner->linkOf(udo, sequence)) result.push_back({udo, *link});
     return result;
 }
@@ -81,8 +78,8 @@ bool Session::Inner::reaches(Tag from, Tag to)
         if (down.empty()) break;
         const Entry *above = entry(up.back());
         up.pop_back();
-        if (!above || !above->inbound) continue;
-        for (const auto &[sequence, udo] : *above->inbound) {
+        if (!above) continue;
+        for (const auto &[sequence, udo] : above->inbound) {
             if (!seenUp.insert(udo).second) continue;
             if (udo == from) return true;
             up.push_back(udo);
@@ -214,8 +211,8 @@ void Session::release(Object &udo, Tag object)
 void Session::Inner::markOutOfDate(Tag target)
 {
     const Entry *changed = entry(target);
-    if (!changed || !changed->inbound) return;
-    for (const auto &[sequence, udo] : *changed->inbound) {
+    if (!changed) return;
+    for (const auto &[sequence, udo] : changed->inbound) {
         Link *link = linkOf(udo, sequence);
         if (!link || (link->type != 1 && link->type != 3)) continue;
         link->status = 1;

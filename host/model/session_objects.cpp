@@ -52,11 +52,7 @@ std::string_view kindName(const Object &object) { return kKinds[object.body.inde
 
 // --- indexes ------------------------------------------------------------------------------------
 
-Session::Inner::Entry *Session::Inner::entry(Tag tag)
-{
-    const auto found = entries.find(tag);
-    return found == entries.end() ? nullptr : &found->second;
-}
+Session::Inner::Entry *Session::Inner::entry(Tag tag) { return entries.find(tag); }
 
 Object *Session::Inner::find(Tag tag)
 {
@@ -67,15 +63,12 @@ Object *Session::Inner::find(Tag tag)
 void Session::Inner::index(Object &object)
 {
     Part &part = *object.part;
-    // Nearly always the last one so far.
-    const auto addTo = [&](Ordered &all) {
-        all.insert_or_assign(all.end(), object.ordinal, &object);
-    };
-    addTo(part.objects);
-    addTo(part.byKind[object.body.index()]);
-    if (const Udo *udo = object.as<Udo>()) addTo(part.udosByClass[udo->classId]);
-    if (standsInViews(object)) addTo(part.byView[object.view]);
-    if (!object.name.empty()) addTo(part.byName[object.name]);
+    part.objects.set(object.ordinal, &object);
+    part.byKind[object.body.index()].set(object.ordinal, &object);
+    if (const Udo *udo = object.as<Udo>())
+        part.udosByClass[udo->classId].set(object.ordinal, &object);
+    if (standsInViews(object)) part.byView[object.view].set(object.ordinal, &object);
+    if (!object.name.empty()) part.byName[object.name].set(object.ordinal, &object);
 }
 
 void Session::Inner::unindex(Object &object)
@@ -157,7 +150,7 @@ void Session::rename(Object &object, const std::string &name)
     changing(object, "name");
     if (!object.name.empty()) dropFrom(object.part->byName, object.name, object);
     object.name = name;
-    if (!name.empty()) object.part->byName[name][object.ordinal] = &object;
+    if (!name.empty()) object.part->byName[name].set(object.ordinal, &object);
 }
 
 void Session::setView(Object &object, Tag view)
@@ -167,7 +160,7 @@ void Session::setView(Object &object, Tag view)
     changing(object, "view");
     dropFrom(object.part->byView, object.view, object);
     object.view = view;
-    object.part->byView[view][object.ordinal] = &object;
+    object.part->byView[view].set(object.ordinal, &object);
 }
 
 } // namespace host

@@ -9,7 +9,7 @@ namespace host {
 
 template <class T, std::size_t I = 0> constexpr std::size_t kindIndex()
 {
-    if constexpr (std::is_same_v<std::variant_alternative_t<I, Body>, T>)
+    if constexpr (std::is_same_v<std::variant_alternative_t<I, Body>, InBody<T>>)
         return I;
     else
         return kindIndex<T, I + 1>();

@@ -158,7 +158,7 @@ Vec3 Transformation::appliedTo(const Vec3 &at) const
 
 std::optional<Body> Transformation::appliedTo(const Body &body) const
 {
-    return std::visit(Apply{*this}, body);
+    return visitBody(Apply{*this}, body);
 }
 
 } // namespace host

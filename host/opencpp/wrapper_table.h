@@ -2,10 +2,10 @@
 #pragma once
 
 #include "model/object.h"
+#include "model/tag_table.h"
 
 #include "uf_defs.h"
 
-#include <unordered_map>
 #include <unordered_set>
 
 class UgObject;
@@ -27,6 +27,6 @@ private:
     UgObject *make(tag_t tag);
     static UgObject *makeFor(const host::Object &object);
 
-    std::unordered_map<tag_t, UgObject *> m_wrappers;
+    host::TagTable<UgObject *> m_wrappers;
     std::unordered_set<UgObject *> m_kept;
 };

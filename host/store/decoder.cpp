@@ -131,7 +131,9 @@ Body decode(Source &in, FontTable fonts)
 
 template <std::size_t I> Body decodeAs(Source &in)
 {
-    return decode(in, std::variant_alternative_t<I, Body>{});
+    using Kind =
+        std::remove_cvref_t<decltype(unboxed(std::declval<std::variant_alternative_t<I, Body>>()))>;
+    return decode(in, Kind{});
 }
 
 template <std::size_t... I> Body decodeKind(std::size_t kind, Source &in, std::index_sequence<I...>)

@@ -34,7 +34,7 @@ ObjectRow Encoder::row(const Object &object)
     row.view = static_cast<std::int64_t>(ordinalOf(object.view));
     row.owner = static_cast<std::int64_t>(ordinalOf(object.owner));
     for (std::string *text : {&m_links, &m_owned, &m_texts, &m_numbers}) text->clear();
-    std::visit([&](const auto &body) { encode(body, row); }, object.body);
+    visitBody([&](const auto &body) { encode(body, row); }, object.body);
     row.links = m_links, row.owned = m_owned, row.texts = m_texts, row.numbers = m_numbers;
     return row;
 }

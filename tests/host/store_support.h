@@ -118,7 +118,7 @@ private:
               << ordinal(object.view) << " owner " << ordinal(object.owner);
         add(object.appearance);
         attributes(object.attributes);
-        std::visit([&](const auto &body) { add(body); }, object.body);
+        visitBody([&](const auto &body) { add(body); }, object.body);
     }
     void attributes(const Attributes &all)
     {
