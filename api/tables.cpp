@@ -30,9 +30,7 @@ extern "C" int TRV_FMT_set_table_value(unsigned drawing, const char *block_id, c
         const auto lines = linesOf(*value);
         const FoundEntry row = findEntry(drawing, block_id, table_id, entry);
         const auto field = findFieldOf(*row.entry, field_id, "table");
-        const double height = row.entry->CalcHeight();
-        field->ModifyValue(lines);
-        row.table->restackAfter(*row.entry, height);
+        row.table->setValue(*row.entry, *field, lines);
     });
 }
 

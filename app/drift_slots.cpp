@@ -48,8 +48,8 @@ std::string slotText(const LumUg::Record &record, const SlotInfo &slot)
         return joined(record.get(LumUg::StringTail{slot.index, ""}), "\n");
     case SlotShape::reals: {
         std::vector<std::string> numbers;
-        for (std::size_t i = slot.index; i < record.doubles.size(); i += slot.stride)
-            numbers.push_back(numberText(record.doubles[i] + 0.0));
+        for (std::size_t i = slot.index; i < record.doubles().size(); i += slot.stride)
+            numbers.push_back(numberText(record.doubles()[i] + 0.0));
         return joined(numbers, " ");
     }
     case SlotShape::attribute:

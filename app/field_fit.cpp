@@ -52,22 +52,24 @@ double excess(double text, double cell, double margin, bool centred)
 std::optional<Misfit> misfitOf(const TrFieldBase &field, CellHeight height)
 {
     const UgDisplayableObject *note = field.GetNote();
-    const TrFieldDefV1 def = field.GetDefinition();
-    if (!note || def.IsNull()) return {};
+    const TrFieldDefV1 definition = field.GetDefinition();
+    if (!note || definition.IsNull()) return {};
+    using Def = TrFieldDefV1;
+    const LumUg::Record def(definition);
     const Extent text = extentOf(note->getTag());
-    const int site = def.GetTextSite();
-    Misfit found{def.GetWidth(),
-                 height == CellHeight::fixed ? def.GetHeight() : 0.0,
+    const int site = def.get(Def::kTextSite);
+    Misfit found{def.get(Def::kWidth),
+                 height == CellHeight::fixed ? def.get(Def::kHeight) : 0.0,
                  text.width,
                  text.height,
                  0.0,
                  0.0,
                  0};
-    found.tooWide = excess(text.width, found.cellWidth, def.GetMarginWidth(), site % 3 == 2);
+    found.tooWide = excess(text.width, found.cellWidth, def.get(Def::kMarginWidth), site % 3 == 2);
     found.tooHigh =
-        excess(text.height, found.cellHeight, def.GetMarginHeight(), site >= 4 && site <= 6);
-    if (const std::size_t lines = field.GetNoteValue().size(); def.GetMultiline() == 0 && lines > 1)
-        found.lines = lines;
+        excess(text.height, found.cellHeight, def.get(Def::kMarginHeight), site >= 4 && site <= 6);
+    if (def.get(Def::kMultiline) == 0)
+        if (const std::size_t lines = field.GetNoteValue().size(); lines > 1) found.lines = lines;
     if (found.tooWide == 0.0 && found.tooHigh == 0.0 && found.lines == 0) return {};
     return found;
 }

@@ -193,7 +193,7 @@ void fillZones(const Options &options, const TableRows &table, const SymbolArgum
     const std::string field = zoneField(table, arguments);
     for (const RowZones &row : zones)
         if (const auto misfit =
-                table.set(row.row, field, {joined(row.zones, ", ")}, arguments.force))
+                table.set(table.at(row.row), field, {joined(row.zones, ", ")}, arguments.force))
             printNote(options, fmt::format("{}, row {}, {}: {}", table.place(), row.row, field,
                                            describe(*misfit)));
 }

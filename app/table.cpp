@@ -30,12 +30,12 @@ int changeTable(const Options &options, const TableArguments &arguments,
 }
 
 void setRowValue(const Options &options, const TableArguments &arguments, const TableRows &table,
-                 int row, const std::string &field, const Lines &lines)
+                 const TableRow &row, const std::string &field, const Lines &lines)
 {
     const auto misfit = table.set(row, field, lines, arguments.force);
     if (!misfit) return;
     const std::string text =
-        fmt::format("{}, row {}, {}: {}", table.place(), row, field, describe(*misfit));
+        fmt::format("{}, row {}, {}: {}", table.place(), row.index, field, describe(*misfit));
     if (arguments.strict) throw Problem(text, kFindings);
     printNote(options, text);
 }
@@ -69,11 +69,11 @@ int addRow(const Options &options, const TableArguments &arguments)
 {
     return changeTable(options, arguments, [&](const TableRows &table) {
         const auto values = assignmentsOf(table, arguments.lines);
-        const int row = table.append();
+        const TableRow row = table.append();
         for (const Assignment &value : values)
             setRowValue(options, arguments, table, row, value.field, value.lines);
-        if (options.json) return printJson({{"row", row}});
-        printLine(std::to_string(row));
+        if (options.json) return printJson({{"row", row.index}});
+        printLine(std::to_string(row.index));
     });
 }
 
@@ -83,7 +83,8 @@ int setRow(const Options &options, const TableArguments &arguments)
     return changeTable(options, arguments, [&](const TableRows &table) {
         table.requireRow(arguments.row);
         table.requireField(arguments.field);
-        setRowValue(options, arguments, table, arguments.row, arguments.field, arguments.lines);
+        setRowValue(options, arguments, table, table.at(arguments.row), arguments.field,
+                    arguments.lines);
         if (options.json)
             printJson({{"row", arguments.row},
                        {"field", arguments.field},

@@ -82,7 +82,7 @@ int importRows(const Options &options, const TableArguments &arguments)
         requireColumns(table, arguments.file, header);
         const std::size_t symbols = arguments.replace ? removeAll(table) : 0;
         for (std::size_t i = 1; i < rows.size(); ++i) {
-            const int row = table.append();
+            const TableRow row = table.append();
             for (std::size_t column = 0; column < header.size(); ++column)
                 setRowValue(options, arguments, table, row, header[column],
                             splitLines(rows[i][column]));

@@ -11,6 +11,8 @@
 #include "drawing/drawing.h"
 #include "drawing/format.h"
 
+#include "ug_exception.hxx"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -19,6 +21,18 @@
 namespace app {
 
 namespace {
+
+// What fails in the library names the place where.
+template <class Where, class Body> void naming(const Where &where, Body &&body)
+{
+    try {
+        body();
+    } catch (const UgException &failure) {
+        throw Problem(fmt::format("{}: {}", where(), failure.askErrorText()));
+    } catch (const std::exception &failure) {
+        throw Problem(fmt::format("{}: {}", where(), failure.what()));
+    }
+}
 
 // The first block of that name, as the interface takes it.
 boost::shared_ptr<TrTableBase> recordOf(const SheetRef &sheet, const TableName &name)
@@ -120,29 +134,47 @@ Lines TableRows::value(int row, const std::string &field) const
     return value.lines();
 }
 
-std::optional<Misfit> TableRows::set(int row, const std::string &field, const Lines &lines,
-                                     bool force) const
+TableRow TableRows::lookedUp(int index, boost::shared_ptr<TrEntryBase> entry)
 {
-    for (const std::string &line : lines)
-        if (line.find('\r') != std::string::npos)
-            throw Problem(placeOf(row, field) +
-                          ": a carriage return in the value: take it out, or write a line break");
-    // Looked up once, for what is asked before and after.
-    const auto entry = m_table->entry(static_cast<std::size_t>(row));
-    const auto record = entry ? entry->field(field) : nullptr;
-    if (!force && record && record->GetIsEditable() == 0)
-        throw Problem(placeOf(row, field) + ": is locked: give --force to set it");
-    checkLibrary(TRV_FMT_set_table_value(m_sheet.tag, m_name.block.c_str(), m_name.table.c_str(),
-                                         row, field.c_str(), ReadList(lines)),
-                 placeOf(row, field));
-    return record ? misfitOf(*record, CellHeight::grows) : std::nullopt;
+    TableRow row{index, std::move(entry), {}};
+    for (const auto &field : row.entry->getFields())
+        row.fields.emplace_back(field->GetFieldDefName(), field);
+    return row;
 }
 
-int TableRows::append() const
+TableRow TableRows::at(int index) const { return lookedUp(index, row(index)); }
+
+std::optional<Misfit> TableRows::set(const TableRow &row, const std::string &field,
+                                     const Lines &lines, bool force) const
 {
-    checkLibrary(TRV_FMT_add_entry(m_sheet.tag, m_name.block.c_str(), m_name.table.c_str()),
-                 place());
-    return count() - 1;
+    const auto where = [&] { return placeOf(row.index, field); };
+    for (const std::string &line : lines)
+        if (line.find('\r') != std::string::npos)
+            throw Problem(where() +
+                          ": a carriage return in the value: take it out, or write a line break");
+    const auto found = std::find_if(row.fields.begin(), row.fields.end(),
+                                    [&](const auto &one) { return one.first == field; });
+    if (found == row.fields.end())
+        throw Problem(
+            fmt::format("{}: has no field {}: it was made from an older definition; bring "
+                        "the format up to date ('qelfmt update')",
+                        where(), field));
+    TrFieldBase &record = *found->second;
+    if (!force && record.GetIsEditable() == 0)
+        throw Problem(where() + ": is locked: give --force to set it");
+    naming(where, [&] { m_table->setValue(*row.entry, record, lines); });
+    return misfitOf(record, CellHeight::grows);
+}
+
+TableRow TableRows::append() const
+{
+    boost::shared_ptr<TrEntryBase> entry;
+    naming([this] { return place(); }, [&] { entry = m_table->AppendEntry(); });
+    if (!entry)
+        throw Problem(place() +
+                      ": is of an older generation: bring it up to date ('qelfmt update')");
+    const auto index = m_table->indexOf(*entry);
+    return lookedUp(static_cast<int>(index.value_or(0)), std::move(entry));
 }
 
 // Together, so that the rows that stay move once. From the end: the numbers keep their meaning.

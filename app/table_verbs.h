@@ -37,7 +37,7 @@ int changeTable(const Options &options, const TableArguments &arguments,
 
 // Sets one value and tells when it does not fit; with `strict` that ends the command.
 void setRowValue(const Options &options, const TableArguments &arguments, const TableRows &table,
-                 int row, const std::string &field, const Lines &lines);
+                 const TableRow &row, const std::string &field, const Lines &lines);
 
 // table_show.cpp
 int listTables(const Options &options, const TableArguments &arguments);

@@ -46,7 +46,7 @@ set(QELFMT_PRIVATE_HEADERS
     drawing/sheet_size drawing/sheet_view
     drawing/timer drawing/transformation drawing/with_base drawing/zone
     foundation/exception_report foundation/guarded_singleton foundation/info_lines
-    udo/growth udo/udo_data)
+    udo/growth)
 list(JOIN QELFMT_PRIVATE_HEADERS "|" private)
 foreach(folder udo foundation definitions drawing content maker/base maker/lum maker/lumug)
     file(GLOB headers CONFIGURE_DEPENDS RELATIVE "${CMAKE_SOURCE_DIR}"

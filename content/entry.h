@@ -71,7 +71,8 @@ public:
     boost::shared_ptr<TrFieldBase> field(const std::string &id) const; // empty when there is none
     void AddField(const TrFieldDefV1 &def);                            // made, linked and filled
     void InitValues(const TrTableDefV1 &def);
-    double CalcHeight() const; // of the tallest field
+    double CalcHeight() const;                           // of the tallest field
+    double heightBeside(const TrFieldBase &field) const; // of the tallest of the others; 0 without
     void locate();
     void Move();
     void UpdateBorders(); // as high as the row

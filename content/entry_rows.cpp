@@ -37,6 +37,13 @@ void setBlanked(const UgObject *object, bool blanked)
 
 double TrEntryBase::CalcHeight() const { return tallest(getFields()); }
 
+double TrEntryBase::heightBeside(const TrFieldBase &field) const
+{
+    Fields others = getFields();
+    std::erase_if(others, [&](const auto &one) { return one->tag() == field.tag(); });
+    return tallest(others);
+}
+
 std::vector<double> TrEntryBase::getBaseLocation() const
 {
     if (!m_baseLocationCmd)

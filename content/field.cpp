@@ -9,19 +9,22 @@
 #include "drawing/block.h"
 #include "foundation/log.h"
 
+#include "uf_obj.h"
 #include "uf_object_types.h"
+#include "ug_exception.hxx"
 #include "ug_line.hxx"
 
 using QelFmt::RowMemo;
 
 namespace {
 
-UgDisplayableObject *firstNote(const std::vector<UgTypedObject *> &objects)
+UgDisplayableObject *firstNote(const std::vector<tag_t> &objects)
 {
-    for (UgTypedObject *object : objects) {
-        if (object->askType() == UF_drafting_entity_type &&
-            object->askSubtype() == UF_draft_note_subtype)
-            return dynamic_cast<UgDisplayableObject *>(object);
+    for (const tag_t object : objects) {
+        int type = 0, subtype = 0;
+        UgException::throwOnFailure(UF_OBJ_ask_type_and_subtype(object, &type, &subtype));
+        if (type == UF_drafting_entity_type && subtype == UF_draft_note_subtype)
+            return dynamic_cast<UgDisplayableObject *>(UgObject::find(object));
     }
     return nullptr;
 }
@@ -179,8 +182,8 @@ void TrFieldV1::SetIsEditable(int editable) { set(kIsEditable, editable); }
 TrFieldDefV1 TrFieldV1::GetDefinition() const
 {
     if (IsNull()) return TrFieldDefV1();
-    for (UgTypedObject *object : GetLinks(kDefinition.linkType)) {
-        if (auto def = boost::dynamic_pointer_cast<TrFieldDefV1>(Create(object))) return *def;
+    for (const unsigned linked : linkTags(kDefinition.linkType)) {
+        if (const auto def = createChild<TrFieldDefV1>(linked)) return *def;
     }
     return TrFieldDefV1();
 }
@@ -199,7 +202,7 @@ boost::shared_ptr<TrBlockBase> TrFieldV1::GetBlock() const { return QelFmt::bloc
 
 UgDisplayableObject *TrFieldV1::GetNote() const
 {
-    return IsNull() ? nullptr : firstNote(GetOwnedObjects());
+    return IsNull() ? nullptr : firstNote(ownedTags());
 }
 
 void TrFieldV1::SetNote(UgDisplayableObject *note)
@@ -227,9 +230,8 @@ LumUg::UDO *ZemFieldV1::CreateInstance() { return new ZemFieldV1; }
 UgDisplayableObject *ZemFieldV1::GetNote() const
 {
     if (IsNull()) return nullptr;
-    std::vector<UgTypedObject *> objects;
-    for (UgObject *object : GetUdoObject()->getOwnedObjects()) {
-        if (auto *typed = dynamic_cast<UgTypedObject *>(object)) objects.push_back(typed);
-    }
+    std::vector<tag_t> objects;
+    for (const UgObject *object : GetUdoObject()->getOwnedObjects())
+        if (object) objects.push_back(object->getTag());
     return firstNote(objects);
 }

@@ -145,6 +145,9 @@ protected:
     UgAttributableObject *findBroadcastPoint(unsigned drawingTag) const; // null when missing
     bool getSyncAllDrawings() const;
 
+    struct Borders;               // field_border.cpp
+    Borders *m_borders = nullptr; // while all sides are being drawn
+
     boost::shared_ptr<TrEntryBase> owningEntry() const; // empty for a field of a block
     void broadcast(const Value &lines);
     bool hasBorders() const;
@@ -159,7 +162,7 @@ private:
     void putOnTextLayer(UgDisplayableObject &note) const;
     void setUserSymbolSize(double length, double height);
     void refreshNotePrefs();
-    void deleteSurplusBorders();
+    void deleteSurplusBorders(const Borders &borders);
     std::string broadcastTitle() const;
     Value valueOnOtherSheets() const;
     Value registryValue() const;
@@ -211,7 +214,9 @@ private:
     void storeLines(const Value &lines);
     void keepInAttributes(const Value &lines); // all of them
     void deleteNote();
-    void drawBorder(const Point3 &start, const Point3 &end);
+    void modifyBorder(Borders &borders, const Rect &rect, int which);
+    void drawBorder(Borders &borders, const Point3 &start, const Point3 &end);
+    void chooseStyle(Borders &borders) const;
 };
 
 // The older generation: it can be read and upgraded, not edited.

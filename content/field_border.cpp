@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 
 namespace {
 
@@ -90,6 +91,22 @@ bool TrFieldBase::hasBorders() const
     return std::find(on.begin(), on.end(), true) != on.end();
 }
 
+// What the five sides of one field have in common, read once.
+struct TrFieldBase::Borders {
+    // How a line that is drawn anew looks, and where it goes.
+    struct Style {
+        tag_t view; // NULL_TAG: where new lines go anyway
+        std::optional<int> layer;
+        int color;
+    };
+
+    explicit Borders(const TrFieldBase &field) : on(switchedOn(field)), lines(field.GetBorders()) {}
+
+    Flags on;
+    std::vector<UgLine *> lines; // in the order of the sides that are switched on
+    std::optional<Style> style;  // when first needed
+};
+
 // A box without a width or a height has no sides that could be drawn: the lines there are stay.
 void TrFieldBase::UpdateBorders(double h)
 {
@@ -98,16 +115,23 @@ void TrFieldBase::UpdateBorders(double h)
     const LumUg::Record def(definition);
     const double w = def.get(Def::kWidth);
     if (h == 0.0 || w == 0.0) return;
-    const Flags on = switchedOn(*this);
-    if (on == Flags{} && GetBorders().empty()) return;
+    Borders borders(*this);
+    if (borders.on == Flags{} && borders.lines.empty()) return;
 
     const std::vector<double> base = baseLocation();
     const double x = def.get(Def::kLocationX) + base[0];
     const double y = def.get(Def::kLocationY) + base[1];
     const Rect rect{{x, y, 0.0}, {x + w, y, 0.0}, {x + w, y + h, 0.0}, {x, y + h, 0.0}};
-    for (int which = 0; which < kBorders; ++which)
-        if (on[which]) ModifyBorder(rect, which);
-    deleteSurplusBorders();
+    m_borders = &borders;
+    try {
+        for (int which = 0; which < kBorders; ++which)
+            if (borders.on[which]) ModifyBorder(rect, which);
+    } catch (...) {
+        m_borders = nullptr;
+        throw;
+    }
+    m_borders = nullptr;
+    deleteSurplusBorders(borders);
 }
 
 // The text of the upper three sites hangs below its point, and the box with it.
@@ -123,43 +147,58 @@ void TrFieldBase::fitBorders()
 
 // Lines are told apart by their number among those that are switched on: one that was switched off
 // leaves a line too many at the end.
-void TrFieldBase::deleteSurplusBorders()
+void TrFieldBase::deleteSurplusBorders(const Borders &borders)
 {
-    const Flags on = switchedOn(*this);
-    const auto wanted = static_cast<std::size_t>(std::count(on.begin(), on.end(), true));
-    const std::vector<UgLine *> lines = GetBorders();
-    for (std::size_t i = wanted; i < lines.size(); ++i) {
-        const tag_t line = lines[i]->getTag();
-        DeleteOwnedObject(lines[i]);
+    const auto wanted =
+        static_cast<std::size_t>(std::count(borders.on.begin(), borders.on.end(), true));
+    for (std::size_t i = wanted; i < borders.lines.size(); ++i) {
+        const tag_t line = borders.lines[i]->getTag();
+        DeleteOwnedObject(borders.lines[i]);
         UgException::throwOnFailure(UF_OBJ_delete_object(line));
     }
 }
 
 void TrFieldV1::ModifyBorder(const Rect &rect, int which)
 {
-    const Flags on = switchedOn(*this);
+    if (!m_borders) { // one side alone
+        Borders borders(*this);
+        return modifyBorder(borders, rect, which);
+    }
+    modifyBorder(*m_borders, rect, which);
+}
+
+void TrFieldV1::modifyBorder(Borders &borders, const Rect &rect, int which)
+{
+    const Flags &on = borders.on;
     if (which < 0 || which >= kBorders || !on[which]) return;
     const auto index = static_cast<std::size_t>(std::count(on.begin(), on.begin() + which, true));
     const Segment segment = segmentOf(rect, which);
-    const std::vector<UgLine *> lines = GetBorders();
-    if (index < lines.size())
-        moveLine(*lines[index], segment);
+    if (index < borders.lines.size())
+        moveLine(*borders.lines[index], segment);
     else
-        drawBorder(segment.start, segment.end);
+        drawBorder(borders, segment.start, segment.end);
 }
 
-void TrFieldV1::drawBorder(const Point3 &start, const Point3 &end)
+void TrFieldV1::drawBorder(Borders &borders, const Point3 &start, const Point3 &end)
 {
     UgLine *line = UgLine::create(start, end);
     QelFmt::NewObject fresh(line->getTag());
-    putOnSheetOf(*this, line->getTag());
-    if (const auto block = GetBlock()) {
-        const auto def = block->GetDefinition();
-        if (!def->IsNull()) line->setLayer(def->GetPatternLayer());
-    }
-    line->setColor(static_cast<UgColor>(GetDefinition().GetBorderColor()));
+    if (!borders.style) chooseStyle(borders);
+    putInView(borders.style->view, line->getTag());
+    if (borders.style->layer) line->setLayer(*borders.style->layer);
+    line->setColor(static_cast<UgColor>(borders.style->color));
     line->setLineFont(0);
     line->setLineWidth(1);
     AddOwnedObjects({line});
     fresh.keep();
+    borders.lines.push_back(line);
+}
+
+void TrFieldV1::chooseStyle(Borders &borders) const
+{
+    borders.style = {otherSheetsView(*this), {}, GetDefinition().GetBorderColor()};
+    const auto block = GetBlock();
+    if (!block) return;
+    const auto def = block->GetDefinition();
+    if (!def->IsNull()) borders.style->layer = def->GetPatternLayer();
 }

@@ -93,12 +93,13 @@ void TrFieldBase::locate()
 {
     const TrFieldDefV1 definition = GetDefinition();
     if (definition.IsNull()) return;
-    const std::string id = definition.GetId();
-    QELFMT_INFO << "Locating note for field " << id;
+    QELFMT_INFO << "Locating note for field " << definition.GetId();
     const Point2 at = placeByDefinition();
-    QELFMT_INFO << "location of field " << id << " = " << at[0] << "," << at[1];
-    SetX(at[0]);
-    SetY(at[1]);
+    QELFMT_INFO << "location of field " << definition.GetId() << " = " << at[0] << "," << at[1];
+    LumUg::Record record(*this);
+    record.put(kX, at[0]);
+    record.put(kY, at[1]);
+    record.write(*this);
     Move();
 }
 
@@ -107,7 +108,8 @@ void TrFieldBase::locate()
 void TrFieldBase::Move()
 {
     if (const UgDisplayableObject *note = GetNote()) {
-        double origin[3] = {GetX(), GetY(), 0.0};
+        const LumUg::Record placed(*this);
+        double origin[3] = {placed.get(kX), placed.get(kY), 0.0};
         UgException::throwOnFailure(UF_DRF_set_origin(note->getTag(), origin));
     }
     const TrFieldDefV1 def = GetDefinition();
@@ -130,5 +132,5 @@ std::vector<double> TrFieldBase::baseLocation() const
 // Slots are written from the first on: the count is stored when the first value is.
 bool TrFieldBase::hasInitialValue() const
 {
-    return LumUg::Record(*this).ints.size() > kNumberOfLines.index;
+    return LumUg::Record(*this).ints().size() > kNumberOfLines.index;
 }

@@ -56,17 +56,19 @@ TrFieldBase::Value TrFieldBase::GetValue() const
 void TrFieldBase::InitValues()
 {
     const LumUg::Record def(GetDefinition());
-    SetNumberOfLines(0);
-    SetIsEditable(1);
-    SetFieldDefName(def.get(Def::kId));
     const auto drawn = [&](const LumUg::IntSlot &policy) {
         return def.get(policy) == 1 || def.get(policy) == 4 ? 1 : 0;
     };
-    SetHasBottomBorder(drawn(Def::kBottomBorderPolicy));
-    SetHasLeftBorder(drawn(Def::kLeftBorderPolicy));
-    SetHasMiddleBorder(drawn(Def::kMiddleBorderPolicy));
-    SetHasRightBorder(drawn(Def::kRightBorderPolicy));
-    SetHasTopBorder(drawn(Def::kTopBorderPolicy));
+    LumUg::Record fresh(*this);
+    fresh.put(kNumberOfLines, 0);
+    fresh.put(TrFieldV1::kIsEditable, 1);
+    fresh.put(kFieldDefName, def.get(Def::kId));
+    fresh.put(kHasBottomBorder, drawn(Def::kBottomBorderPolicy));
+    fresh.put(kHasLeftBorder, drawn(Def::kLeftBorderPolicy));
+    fresh.put(kHasMiddleBorder, drawn(Def::kMiddleBorderPolicy));
+    fresh.put(kHasRightBorder, drawn(Def::kRightBorderPolicy));
+    fresh.put(kHasTopBorder, drawn(Def::kTopBorderPolicy));
+    fresh.write(*this);
     SetToDefaultValue();
 }
 
@@ -106,8 +108,7 @@ void TrFieldV1::changeValue(const Value &lines)
     storeLines(lines);
     broadcast(lines);
     Value shown = lines;
-    if (const int blanks = GetDefinition().IsNull() ? 0 : GetDefinition().GetIndentation();
-        blanks > 0)
+    if (const int blanks = LumUg::Record(GetDefinition()).get(Def::kIndentation); blanks > 0)
         shown.front().insert(0, static_cast<std::size_t>(blanks), ' ');
     QELFMT_INFO << "..calling UpdateNote() with value " << shown.front();
     UpdateNote(shown);

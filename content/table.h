@@ -86,9 +86,9 @@ public:
     // rows.
     bool moveEntry(std::size_t from, std::size_t to);
     void HidePreviousEntries(int count); // the first ones
-    // After a value of the row has changed: when its height is no longer the one given, its borders
-    // are drawn anew and the rows after it move up or down. Values are not touched.
-    void restackAfter(TrEntryBase &entry, double heightBefore);
+    // Gives a field of the row its value. Where that makes the row higher or lower, its borders are
+    // drawn anew and the rows after it move; their values are not touched.
+    void setValue(TrEntryBase &entry, TrFieldBase &field, const std::vector<std::string> &lines);
 
     // After a value of the row has changed: symbols of the rows after it that leave the field empty
     // say so too.
@@ -127,6 +127,7 @@ private:
     void bind(TrEntryBase &entry, const boost::shared_ptr<const TrTableBase> &table) const;
     boost::shared_ptr<const TrTableBase> viewToHold() const;
     void announce() const;
+    void restackAfter(TrEntryBase &entry);
 
     QelFmt::RowMemo &rows() const;
     bool rowsAreThose(const std::vector<tag_t> &entries) const;

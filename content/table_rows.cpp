@@ -173,10 +173,20 @@ void TrTableBase::Move()
     if (pass.leftSymbolsBehind()) updateAllSymbols();
 }
 
-void TrTableBase::restackAfter(TrEntryBase &row, double heightBefore)
+void TrTableBase::setValue(TrEntryBase &row, TrFieldBase &field,
+                           const std::vector<std::string> &lines)
 {
-    const double height = row.CalcHeight();
-    if (height == heightBefore) return;
+    const double before = field.CalcHeight();
+    field.ModifyValue(lines);
+    const double after = field.CalcHeight();
+    if (after == before) return;
+    const double beside = row.heightBeside(field);
+    if (std::max(before, beside) != std::max(after, beside)) restackAfter(row);
+}
+
+// The row's height is another one now.
+void TrTableBase::restackAfter(TrEntryBase &row)
+{
     const QelFmt::ValuesStay stay;
     row.UpdateBorders();
     if (row.GetHideEntry() != 0) return; // takes no room

@@ -15,8 +15,8 @@ using QelFmt::RowMemo;
 boost::shared_ptr<TrTableDefV1> TrTableBase::GetDefinition() const
 {
     if (!IsNull()) {
-        for (UgTypedObject *object : GetLinks(kDefinition.linkType)) {
-            if (auto def = boost::dynamic_pointer_cast<TrTableDefV1>(Create(object))) return def;
+        for (const unsigned linked : linkTags(kDefinition.linkType)) {
+            if (auto def = createChild<TrTableDefV1>(linked)) return def;
         }
         if (auto kept = firstChild(kKeptDefinition)) return kept;
     }

@@ -14,8 +14,8 @@ tag_t firstLinking(tag_t object)
 
 bool isFormat(tag_t udo)
 {
-    return LumUg::GetUDOClassName(dynamic_cast<UgUDO *>(UgObject::find(udo))) ==
-           QelFmt::kFormatV1Classname;
+    return LumUg::UDOClass::sameClass(dynamic_cast<UgUDO *>(UgObject::find(udo)),
+                                      QelFmt::kFormatV1Classname);
 }
 
 } // namespace

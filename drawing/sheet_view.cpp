@@ -22,14 +22,21 @@ tag_t sheetUnder(const LumUg::UDO &udo)
 
 } // namespace
 
-void putOnSheetOf(const LumUg::UDO &udo, tag_t object)
+tag_t otherSheetsView(const LumUg::UDO &udo)
 {
     const tag_t sheet = sheetUnder(udo);
     tag_t current = NULL_TAG;
     UgException::throwOnFailure(UF_DRAW_ask_current_drawing(&current));
-    if (sheet == NULL_TAG || sheet == current) return;
+    if (sheet == NULL_TAG || sheet == current) return NULL_TAG;
 
     tag_t view = NULL_TAG;
     UgException::throwOnFailure(UF_DRAW_ask_view_of_drawing(sheet, &view));
-    UgException::throwOnFailure(UF_VIEW_convert_to_view(view, object));
+    return view;
 }
+
+void putInView(tag_t view, tag_t object)
+{
+    if (view != NULL_TAG) UgException::throwOnFailure(UF_VIEW_convert_to_view(view, object));
+}
+
+void putOnSheetOf(const LumUg::UDO &udo, tag_t object) { putInView(otherSheetsView(udo), object); }

@@ -5,8 +5,6 @@
 
 #include "ug_session.hxx"
 
-#include <memory>
-
 namespace LumUg {
 
 namespace {
@@ -16,15 +14,14 @@ UgTypedObject *linkedObject(const UF_UDOBJ_link_s *link)
     return link ? dynamic_cast<UgTypedObject *>(UgObject::find(link->assoc_ug_tag)) : nullptr;
 }
 
-} // namespace
-
 // Empty for a class that is not registered here.
-std::unique_ptr<UDO> UDO::wrapperFor(tag_t udo)
+boost::shared_ptr<UDO> wrapperFor(tag_t udo)
 {
     if (!UgSession::isInitialized()) UgSession::initialize();
-    const auto *object = dynamic_cast<const UgUDO *>(UgObject::find(udo));
-    return std::unique_ptr<UDO>(object ? UDOClass::CreateInstance(object) : nullptr);
+    return UDO::Create(dynamic_cast<const UgUDO *>(UgObject::find(udo)));
 }
+
+} // namespace
 
 void UDO::DeleteMethod(tag_t udo, UF_UDOBJ_link_s *link)
 {

@@ -47,11 +47,13 @@ void writeElements(UgUDO &udo, const std::vector<T> &wanted, std::vector<T> stor
 
 Record::Record(const UDO &udo) : m_source(&udo)
 {
-    if (udo.IsNull()) return;
-    const UdoData data(udo.tag());
-    ints = copyOf(data.ints());
-    doubles = copyOf(data.doubles());
-    strings = copyOf(data.strings());
+    if (!udo.IsNull()) m_read.emplace(udo.tag());
+}
+
+Record::Arrays &Record::changed()
+{
+    if (!m_changed) m_changed = copy();
+    return *m_changed;
 }
 
 std::string Record::get(const AttributeSlot &slot) const
@@ -62,17 +64,21 @@ std::string Record::get(const AttributeSlot &slot) const
     return m_source->get(slot);
 }
 
-void Record::put(const IntSlot &slot, int value) { putElement(ints, slot.index, value); }
+void Record::put(const IntSlot &slot, int value) { putElement(changed().ints, slot.index, value); }
 
-void Record::put(const DoubleSlot &slot, double value) { putElement(doubles, slot.index, value); }
+void Record::put(const DoubleSlot &slot, double value)
+{
+    putElement(changed().doubles, slot.index, value);
+}
 
 void Record::put(const StringSlot &slot, const std::string &value)
 {
-    putElement(strings, slot.index, value);
+    putElement(changed().strings, slot.index, value);
 }
 
 void Record::put(const StringTail &slot, const std::vector<std::string> &values)
 {
+    std::vector<std::string> &strings = changed().strings;
     strings.resize(slot.index);
     strings.insert(strings.end(), values.begin(), values.end());
 }
@@ -92,14 +98,18 @@ void Record::write(UDO &udo) const
 {
     udo.CreateUDO();
     UgUDO &target = *udo.m_udo;
-    const Record stored(udo);
-    writeElements(target, ints, stored.ints, &UgUDO::setInts, &UgUDO::addInts);
-    writeElements(target, doubles, stored.doubles, &UgUDO::setDoubles, &UgUDO::addDoubles);
-    if (stored.strings.size() > strings.size()) { // a tail has become shorter
-        udo.keepStrings(strings.size());
-        writeElements(target, strings, udo.GetStrings(), &UgUDO::setStrings, &UgUDO::addStrings);
-    } else {
-        writeElements(target, strings, stored.strings, &UgUDO::setStrings, &UgUDO::addStrings);
+    if (m_changed) {
+        Arrays stored = Record(udo).copy();
+        const auto &[ints, doubles, strings] = *m_changed;
+        writeElements(target, ints, std::move(stored.ints), &UgUDO::setInts, &UgUDO::addInts);
+        writeElements(target, doubles, std::move(stored.doubles), &UgUDO::setDoubles,
+                      &UgUDO::addDoubles);
+        if (stored.strings.size() > strings.size()) { // a tail has become shorter
+            udo.keepStrings(strings.size());
+            stored.strings = udo.GetStrings();
+        }
+        writeElements(target, strings, std::move(stored.strings), &UgUDO::setStrings,
+                      &UgUDO::addStrings);
     }
     for (const auto &[title, value] : m_attributes)
         udo.set(AttributeSlot{title.c_str(), title.c_str()}, value);

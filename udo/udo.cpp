@@ -110,6 +110,16 @@ boost::shared_ptr<UDO> UDO::Create(const UgTypedObject *object)
     return boost::shared_ptr<UDO>(UDOClass::CreateInstance(udo));
 }
 
+boost::shared_ptr<UDO> UDO::createWanted(tag_t tag, IsWanted isWanted)
+{
+    if (tag == NULL_TAG) return {};
+    const auto *udo = dynamic_cast<const UgUDO *>(UgObject::find(tag));
+    if (!udo) return {};
+    const UDOClass *udo_class = UDOClass::of(*udo);
+    if (!udo_class || !isWanted(&udo_class->sample())) return {};
+    return boost::shared_ptr<UDO>(udo_class->wrap(*udo));
+}
+
 std::vector<UgUDO *> UDO::GetAllUgUDOsOfClass(UgObject *context, unsigned class_id)
 {
     if (tagOf(context) == NULL_TAG)
@@ -230,12 +240,19 @@ std::vector<unsigned> UDO::linkTags(unsigned type) const { return UdoData(tag())
 
 std::vector<UgTypedObject *> UDO::GetOwnedObjects() const { return typedObjects(ownedBy(tag())); }
 
+// Asked by tag: those of other types are not looked up.
 std::vector<UgTypedObject *> UDO::GetOwnedObjects(int type) const
 {
-    std::vector<UgTypedObject *> objects = GetOwnedObjects();
-    std::erase_if(objects, [&](const UgTypedObject *object) { return object->askType() != type; });
-    return objects;
+    std::vector<tag_t> tags = ownedTags();
+    std::erase_if(tags, [&](tag_t owned) {
+        int found = 0, subtype = 0;
+        UgException::throwOnFailure(UF_OBJ_ask_type_and_subtype(owned, &found, &subtype));
+        return found != type;
+    });
+    return typedObjects(tags);
 }
+
+std::vector<unsigned> UDO::ownedTags() const { return ownedBy(tag()); }
 
 // --- writing --------------------------------------------------------------------------------------
 

@@ -3,6 +3,7 @@
 
 #include "udo/export.h"
 #include "udo/slots.h"
+#include "udo/udo_data.h"
 
 #include "uf_udobj.h"
 #include "ug_typed.hxx"
@@ -11,6 +12,8 @@
 #include <boost/shared_ptr.hpp>
 
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -130,7 +133,21 @@ protected:
     // Writes the slots of `source` into this record: one write an array.
     template <class... Slots> void copySlots(const UDO &source, const std::tuple<Slots...> &order);
 
+    std::vector<unsigned> ownedTags() const; // of the owned objects, in order
+
     // --- children -------------------------------------------------------------------------------
+    // Tells whether a wrapper is of the class that is looked for.
+    using IsWanted = bool (*)(const UDO *wrapper);
+    // Like Create, empty also for what is not wanted, which is told without making a wrapper for it.
+    static boost::shared_ptr<UDO> createWanted(tag_t tag, IsWanted isWanted);
+    template <class Child> static boost::shared_ptr<Child> createChild(tag_t tag)
+    {
+        const IsWanted isChild = [](const UDO *wrapper) {
+            return dynamic_cast<const Child *>(wrapper) != nullptr;
+        };
+        return boost::static_pointer_cast<Child>(createWanted(tag, isChild));
+    }
+    std::vector<unsigned> linkTags(unsigned type) const; // as stored, null ones included
     template <class Child>
     std::vector<boost::shared_ptr<Child>> children(const ChildList<Child> &list) const;
     template <class Child> boost::shared_ptr<Child> firstChild(const ChildList<Child> &list) const;
@@ -142,37 +159,37 @@ protected:
     void exchange(unsigned linkType, const UDO &old, const UDO &fresh);
 
 private:
-    std::vector<unsigned> linkTags(unsigned type) const; // as stored, null ones included
-
     friend class UDOClass;
     friend class Record;
-    static std::unique_ptr<UDO> wrapperFor(tag_t udo);
     void keepStrings(std::size_t count); // the first ones
 
     UgUDO *m_udo = nullptr;
 };
 
-// A snapshot of the three free arrays and, on demand, attributes.
+// A snapshot of the three free arrays and, on demand, attributes. Reading one costs a call of the
+// platform; its elements are copied when something is put.
 class QELFMT_API Record {
 public:
     explicit Record(const UDO &udo); // an empty view gives empty arrays
+    Record(Record &&) = delete;      // neither copied nor moved: it owns its reading
 
     int get(const IntSlot &slot) const
     {
-        return slot.index < ints.size() ? ints[slot.index] : slot.fallback;
+        return slot.index < ints().size() ? ints()[slot.index] : slot.fallback;
     }
     double get(const DoubleSlot &slot) const
     {
-        return slot.index < doubles.size() ? doubles[slot.index] : 0.0;
+        return slot.index < doubles().size() ? doubles()[slot.index] : 0.0;
     }
     std::string get(const StringSlot &slot) const
     {
-        return slot.index < strings.size() ? strings[slot.index] : std::string();
+        return slot.index < countStrings() ? text(slot.index) : std::string();
     }
     std::vector<std::string> get(const StringTail &slot) const
     {
-        if (slot.index >= strings.size()) return {};
-        return {strings.begin() + slot.index, strings.end()};
+        std::vector<std::string> tail;
+        for (std::size_t i = slot.index; i < countStrings(); ++i) tail.emplace_back(text(i));
+        return tail;
     }
     std::string get(const AttributeSlot &slot) const;
 
@@ -184,12 +201,39 @@ public:
     void put(const AttributeSlot &slot, const std::string &value);
     void write(UDO &udo) const; // at most one edit and one append for each array
 
-    std::vector<int> ints;
-    std::vector<double> doubles;
-    std::vector<std::string> strings;
+    std::span<const int> ints() const
+    {
+        if (m_changed) return m_changed->ints;
+        return m_read ? m_read->ints() : std::span<const int>();
+    }
+    std::span<const double> doubles() const
+    {
+        if (m_changed) return m_changed->doubles;
+        return m_read ? m_read->doubles() : std::span<const double>();
+    }
+    std::vector<std::string> strings() const { return get(StringTail{0, "strings"}); }
 
 private:
+    struct Arrays {
+        std::vector<int> ints;
+        std::vector<double> doubles;
+        std::vector<std::string> strings;
+    };
+    Arrays copy() const { return {copyOf(ints()), copyOf(doubles()), strings()}; }
+    Arrays &changed();
+    std::size_t countStrings() const
+    {
+        if (m_changed) return m_changed->strings.size();
+        return m_read ? m_read->strings().size() : 0;
+    }
+    const char *text(std::size_t index) const
+    {
+        return m_changed ? m_changed->strings[index].c_str() : m_read->strings()[index];
+    }
+
     const UDO *m_source;
+    std::optional<UdoData> m_read;
+    std::optional<Arrays> m_changed;                               // after the first put
     std::vector<std::pair<std::string, std::string>> m_attributes; // put, not yet written
 };
 
@@ -215,8 +259,8 @@ std::vector<boost::shared_ptr<Child>> UDO::children(const ChildList<Child> &list
 {
     std::vector<boost::shared_ptr<Child>> found;
     if (IsNull()) return found;
-    for (UgTypedObject *object : GetLinks(list.linkType)) {
-        if (auto child = boost::dynamic_pointer_cast<Child>(Create(object))) found.push_back(child);
+    for (const unsigned child_tag : linkTags(list.linkType)) {
+        if (auto child = createChild<Child>(child_tag)) found.push_back(child);
     }
     return found;
 }
@@ -226,7 +270,7 @@ template <class Child> boost::shared_ptr<Child> UDO::firstChild(const ChildList<
     if (IsNull()) return {};
     // One by one: what is behind the child, a thousand blocks perhaps, is not looked at.
     for (const unsigned child_tag : linkTags(list.linkType)) {
-        if (auto child = boost::dynamic_pointer_cast<Child>(Create(child_tag))) return child;
+        if (auto child = createChild<Child>(child_tag)) return child;
     }
     return {};
 }

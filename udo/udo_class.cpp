@@ -88,11 +88,23 @@ const UDOClass *UDOClass::ofId(unsigned class_id)
 
 UDO *UDOClass::CreateInstance(const UgUDO *udo)
 {
-    const UDOClass *registered = ofId(udo->askClassId());
-    if (!registered) return nullptr;
-    UDO *wrapper = registered->m_factory();
-    wrapper->SetUdoObject(const_cast<UgUDO *>(udo));
+    const UDOClass *registered = of(*udo);
+    return registered ? registered->wrap(*udo) : nullptr;
+}
+
+const UDOClass *UDOClass::of(const UgUDO &udo) { return ofId(udo.askClassId()); }
+
+UDO *UDOClass::wrap(const UgUDO &udo) const
+{
+    UDO *wrapper = m_factory();
+    wrapper->SetUdoObject(const_cast<UgUDO *>(&udo));
     return wrapper;
+}
+
+const UDO &UDOClass::sample() const
+{
+    if (!m_sample) m_sample.reset(m_factory());
+    return *m_sample;
 }
 
 std::string GetUDOClassName(UgUDO *udo)

@@ -7,6 +7,7 @@
 
 #include "uf_udobj.h"
 
+#include <memory>
 #include <string>
 
 namespace LumUg {
@@ -36,9 +37,14 @@ private:
     // The caller owns the result; null for a class that is not registered here.
     static UDO *CreateInstance(const UgUDO *udo);
     static const UDOClass *ofId(unsigned class_id); // null like above
+    static const UDOClass *of(const UgUDO &udo);    // null like above
+    UDO *wrap(const UgUDO &udo) const;
+    // A wrapper without an object, which tells what its class is.
+    const UDO &sample() const;
 
     Factory m_factory;
     unsigned m_class_id;
+    mutable std::unique_ptr<UDO> m_sample;
 };
 
 // The class name of a UDO; a failing platform call raises UgException.

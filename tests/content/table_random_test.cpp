@@ -71,9 +71,7 @@ private:
     void set(std::size_t index, const char *id, const Lines &value)
     {
         const auto row = table()->entry(index);
-        const double before = row->CalcHeight();
-        row->field(id)->ModifyValue(value);
-        table()->restackAfter(*row, before);
+        table()->setValue(*row, *row->field(id), value);
         (std::string(id) == "REV" ? m_rows[index].rev : m_rows[index].text) = value;
     }
     void append()

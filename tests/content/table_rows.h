@@ -38,9 +38,7 @@ protected:
     // As the flat interface sets the value of a row's field.
     void set(TrEntryBase &row, const std::string &id, const Lines &value)
     {
-        const double before = row.CalcHeight();
-        row.field(id)->ModifyValue(value);
-        table()->restackAfter(row, before);
+        table()->setValue(row, *row.field(id), value);
     }
     std::vector<At> textPlaces() const
     {

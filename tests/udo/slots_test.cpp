@@ -300,9 +300,9 @@ TEST(Records, OfAnEmptyViewAreEmpty)
 {
     const Probe nothing;
     const Record record(nothing);
-    EXPECT_TRUE(record.ints.empty());
-    EXPECT_TRUE(record.doubles.empty());
-    EXPECT_TRUE(record.strings.empty());
+    EXPECT_TRUE(record.ints().empty());
+    EXPECT_TRUE(record.doubles().empty());
+    EXPECT_TRUE(record.strings().empty());
     EXPECT_EQ(record.get(kEditable), 1);
     EXPECT_EQ(record.get(kLines), Texts{});
     EXPECT_EQ(record.get(kCategory), "");
