@@ -63,7 +63,7 @@ public:
     Update(Part &part, const std::string &path)
         : m_part(part), m_file(path, part.stored.root),
           m_masters(mastersOf(part, part.stored.masters)), m_encoder(part, m_masters.ids),
-          m_row(m_file.row),
+          m_row(m_file.row), m_lastStored(highestOrdinal()),
           m_checksumOfObject(database(), "SELECT checksum FROM object WHERE ordinal=?"),
           m_putObject(database(), ObjectRow::kInsert),
           m_dropObject(database(), "DELETE FROM object WHERE ordinal=?"),
@@ -120,6 +120,7 @@ private:
         if (found == m_part.objects.end()) return; // deleted since: remove() has done it
         const Object &object = *found->second;
         const ObjectRow row = m_encoder.row(object);
+        if (row.ordinal > m_lastStored) return insert(row, object.attributes);
         std::int64_t checksum = 0;
         const bool known = ask(m_checksumOfObject, row.ordinal, checksum);
         if (!known || checksum != checksumOf(row)) {
@@ -129,12 +130,33 @@ private:
         updateAttributes(row.ordinal, object.attributes);
     }
 
+    // One that the file has never seen: there is nothing to look for.
+    void insert(const ObjectRow &row, const Attributes &attributes)
+    {
+        m_row.objects.add(write(m_putObject, row));
+        for (std::size_t i = 0; i < attributes.size(); ++i)
+            m_row.attributes.add(
+                write(m_putAttribute, attributeRow(row.ordinal, i, attributes[i])));
+    }
+
+    static AttributeRow attributeRow(std::int64_t object, std::size_t position,
+                                     const Attribute &attribute)
+    {
+        return {object, static_cast<std::int64_t>(position), attribute.title, attribute.value};
+    }
+
+    std::int64_t highestOrdinal()
+    {
+        Statement select(database(), "SELECT ifnull(max(ordinal),0) FROM object");
+        select.next();
+        return select.integer();
+    }
+
     void updateAttributes(std::int64_t object, const Attributes &attributes)
     {
         const std::vector<std::int64_t> stored = checksumsOfAttributes(object);
         for (std::size_t i = 0; i < attributes.size(); ++i) {
-            const AttributeRow row{object, static_cast<std::int64_t>(i), attributes[i].title,
-                                   attributes[i].value};
+            const AttributeRow row = attributeRow(object, i, attributes[i]);
             if (i < stored.size() && stored[i] == checksumOf(row)) continue;
             if (i < stored.size()) m_row.attributes.subtract(stored[i]);
             m_row.attributes.add(write(m_putAttribute, row));
@@ -192,6 +214,7 @@ private:
     StoredMasters m_masters;
     Encoder m_encoder;
     PartRow m_row; // for its tallies
+    std::int64_t m_lastStored;
     Statement m_checksumOfObject;
     Statement m_putObject;
     Statement m_dropObject;
