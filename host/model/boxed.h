@@ -23,7 +23,8 @@ private:
     std::unique_ptr<T> m_value;
 };
 
-template <class T> const T &unboxed(const T &value) { return value; }
+template <class T> T &unboxed(T &value) { return value; }
+template <class T> T &unboxed(Boxed<T> &value) { return *value; }
 template <class T> const T &unboxed(const Boxed<T> &value) { return *value; }
 
 } // namespace host

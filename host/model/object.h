@@ -188,10 +188,10 @@ template <class T> T *bodyAs(Body &body) // null when it is of another kind
 template <class T> const T *bodyAs(const Body &body) { return bodyAs<T>(const_cast<Body &>(body)); }
 
 // Calls `take` with the value of whichever kind it is.
-template <class Take> decltype(auto) visitBody(Take &&take, const Body &body)
+template <class Take, class B> // Body or const Body
+decltype(auto) visitBody(Take &&take, B &body)
 {
-    return std::visit([&](const auto &kind) -> decltype(auto) { return take(unboxed(kind)); },
-                      body);
+    return std::visit([&](auto &kind) -> decltype(auto) { return take(unboxed(kind)); }, body);
 }
 
 enum class Status { deleted = 0, temporary = 1, condemned = 2, alive = 3 };

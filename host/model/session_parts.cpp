@@ -70,9 +70,6 @@ Part &Session::adoptPart(std::unique_ptr<Part> adopted,
     Part &part = *m_parts.emplace_back(std::move(adopted));
     if (!part.tag) part.tag = newTag(); // a loaded one has its tag: texts may refer to it
     m_inner->partsByTag[part.tag] = &part;
-    auto &entries = m_inner->entries;
-    const std::size_t total = entries.size() + objects.size();
-    if (total > entries.bucket_count()) entries.reserve(std::max(total, 2 * entries.size()));
     for (auto &owned : objects) {
         Object &object = *owned;
         object.part = &part;

@@ -67,7 +67,7 @@ private:
         object->tag = Session::get().newTag();
         object->part = m_part.get();
         raise(object->view), raise(object->owner);
-        std::visit([this](auto &body) { follow(body); }, object->body);
+        visitBody([this](auto &body) { follow(body); }, object->body);
         return object;
     }
 

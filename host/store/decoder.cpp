@@ -131,8 +131,8 @@ Body decode(Source &in, FontTable fonts)
 
 template <std::size_t I> Body decodeAs(Source &in)
 {
-    using Kind =
-        std::remove_cvref_t<decltype(unboxed(std::declval<std::variant_alternative_t<I, Body>>()))>;
+    using Kind = std::remove_cvref_t<decltype(unboxed(
+        std::declval<std::variant_alternative_t<I, Body> &>()))>;
     return decode(in, Kind{});
 }
 

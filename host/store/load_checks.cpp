@@ -95,8 +95,9 @@ void checkOwners(const std::vector<std::unique_ptr<Object>> &objects)
         throw Malformed{"owned objects and their owners do not agree"};
     // Chains are followed once each: `clear` holds the places known to lead to a free object.
     std::vector<char> clear(objects.size(), 0);
+    std::vector<std::size_t> chain;
     for (std::size_t start = 0; start < objects.size(); ++start) {
-        std::vector<std::size_t> chain;
+        chain.clear();
         for (std::size_t at = start; !clear[at]; at = placeOf(objects, objects[at]->owner)) {
             if (chain.size() > objects.size()) throw Malformed{"objects own each other in a cycle"};
             chain.push_back(at);
