@@ -89,6 +89,11 @@ public:
         if (found == end()) throw std::out_of_range("no value has this number");
         return found->second;
     }
+    Iterator
+    lower_bound(std::uint64_t number) const // the first one with this number or a higher one
+    {
+        return iterator(lowest(number));
+    }
     Iterator upper_bound(std::uint64_t number) const // the first one with a higher number
     {
         return iterator(lowest(number + 1));

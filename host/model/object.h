@@ -223,8 +223,9 @@ struct Stored {
     std::string path;      // empty: neither saved nor loaded
     std::int64_t root = 0; // stands for the whole content of the file
     std::map<std::int64_t, std::shared_ptr<const PatternMaster>> masters; // by stored number
-    std::set<std::uint64_t> dirty;                                        // made or changed since
-    std::set<std::uint64_t> removed;                                      // deleted since
+    std::uint64_t firstNew = 0;      // this object and all later ones were made since
+    std::set<std::uint64_t> dirty;   // earlier ones, changed since
+    std::set<std::uint64_t> removed; // earlier ones, deleted since
 };
 
 struct Part {
@@ -251,11 +252,15 @@ struct Part {
     Stored stored;
     void noteChange(const Object &object)
     {
-        if (!stored.path.empty()) stored.dirty.insert(stored.dirty.end(), object.ordinal);
+        if (isStored(object)) stored.dirty.insert(object.ordinal);
     }
     void noteRemoval(const Object &object)
     {
-        if (!stored.path.empty()) stored.removed.insert(object.ordinal);
+        if (isStored(object)) stored.removed.insert(object.ordinal);
+    }
+    bool isStored(const Object &object) const
+    {
+        return !stored.path.empty() && object.ordinal < stored.firstNew;
     }
 };
 

@@ -78,7 +78,13 @@ public:
     {
         for (const std::uint64_t ordinal : m_part.stored.removed) remove(ordinal);
         updateMasters();
-        for (const std::uint64_t ordinal : m_part.stored.dirty) update(ordinal);
+        for (const std::uint64_t ordinal : m_part.stored.dirty) {
+            const auto found = m_part.objects.find(ordinal); // none: remove() has done it
+            if (found != m_part.objects.end()) update(*found->second);
+        }
+        for (auto made = m_part.objects.lower_bound(m_part.stored.firstNew);
+             made != m_part.objects.end(); ++made)
+            update(*made->second);
         updateAttributes(0, m_part.attributes);
         return updatePart();
     }
@@ -114,11 +120,8 @@ private:
         updateAttributes(key, {});
     }
 
-    void update(std::uint64_t ordinal)
+    void update(const Object &object)
     {
-        const auto found = m_part.objects.find(ordinal);
-        if (found == m_part.objects.end()) return; // deleted since: remove() has done it
-        const Object &object = *found->second;
         const ObjectRow row = m_encoder.row(object);
         if (row.ordinal > m_lastStored) return insert(row, object.attributes);
         std::int64_t checksum = 0;
@@ -256,7 +259,7 @@ long long saveInPlace(Part &part, const std::string &path)
         const std::int64_t root = update.run();
         update.commit();
         rows = update.rows();
-        part.stored = {path, root, update.takeMasters(), {}, {}};
+        part.stored = {path, root, update.takeMasters(), part.nextOrdinal, {}, {}};
     });
     return rows;
 }

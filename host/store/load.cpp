@@ -81,6 +81,7 @@ LoadedPart load(const std::string &path)
         loaded.part->path = path;
         loaded.part->everSaved = true;
         loaded.part->stored.path = path;
+        loaded.part->stored.firstNew = loaded.part->nextOrdinal;
         return loaded;
     } catch (const StoreError &error) {
         if (error.code == UF_PART_err_locked) throw lockedError(path);

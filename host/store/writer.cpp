@@ -32,7 +32,7 @@ SaveResult saveAsImage(Part &part, const std::string &path)
 {
     Image image = imageOf(part);
     put(image, path, files::Existing::keep);
-    part.stored = {path, image.root, std::move(image.masters), {}, {}};
+    part.stored = {path, image.root, std::move(image.masters), part.nextOrdinal, {}, {}};
     return {false, 0};
 }
 
@@ -52,7 +52,7 @@ void saveOver(Part &part, const std::string &path)
 {
     Image image = imageOf(part);
     put(image, path, files::Existing::replace);
-    part.stored = {path, image.root, std::move(image.masters), {}, {}};
+    part.stored = {path, image.root, std::move(image.masters), part.nextOrdinal, {}, {}};
     part.path = path;
     part.everSaved = true;
     part.modified = false;
