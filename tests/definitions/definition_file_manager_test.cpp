@@ -7,7 +7,7 @@
 
 #include "uf_obj.h"
 
-#include <chrono>
+#include <ctime>
 #include <iostream>
 
 namespace {
@@ -428,16 +428,20 @@ TEST_F(DefinitionFiles, TimeToLoadAndListGrowsInProportionToTheBlocksSoak)
         boost::filesystem::remove_all(story.definitionsFolder());
         boost::filesystem::create_directories(story.definitionsFolder());
         write(file, [&] { makeLibrary(blocks); });
-        const auto start = std::chrono::steady_clock::now();
+        const std::clock_t start = std::clock();
         Manager::LoadDefinitionFiles();
         const auto offered =
             Manager::GetBlockDefinitions(Manager::GetFormatDefinition("F"), "ALL", false);
         EXPECT_EQ(offered.size(), static_cast<std::size_t>(blocks));
-        const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+        const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
         Manager::UnloadDefinitionFiles();
-        return elapsed.count();
+        return seconds;
     };
-    const double small = secondsFor("small.prt", 300), large = secondsFor("large.prt", 3000);
+    double small = 1e9, large = 1e9; // the best of rounds in turns: others use the machine too
+    for (int round = 0; round < 3; ++round) {
+        small = std::min(small, secondsFor("small.prt", 300));
+        large = std::min(large, secondsFor("large.prt", 3000));
+    }
     std::cout << "300 blocks " << small << " s, 3000 blocks " << large << " s, ratio "
               << large / small << '\n';
     EXPECT_LT(large / small, 20.0); // 10 and some noise of the machine; a square would be 100
