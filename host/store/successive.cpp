@@ -64,33 +64,17 @@ int fetch(sqlite3_file *file, sqlite3_int64 at, int size, void **data)
 
 int unfetch(sqlite3_file *, sqlite3_int64, void *) { return SQLITE_OK; }
 
-sqlite3_io_methods methods()
-{
-    sqlite3_io_methods table{};
-    table.iVersion = 3;
-    table.xClose = close;
-    table.xRead = read;
-    table.xWrite = write;
-    table.xTruncate = truncate;
-    table.xSync = sync;
-    table.xFileSize = fileSize;
-    table.xLock = lock;
-    table.xUnlock = lock;
-    table.xCheckReservedLock = checkReserved;
-    table.xFileControl = control;
-    table.xSectorSize = sectorSize;
-    table.xDeviceCharacteristics = characteristics;
-    table.xFetch = fetch;
-    table.xUnfetch = unfetch;
-    return table;
-}
+// In SQLite's order; there is no shared memory.
+constexpr sqlite3_io_methods kMethods{
+    3,       close,         read,    write,      truncate,        sync,    fileSize, lock,
+    lock,    checkReserved, control, sectorSize, characteristics, nullptr, nullptr,  nullptr,
+    nullptr, fetch,         unfetch};
 
 int open(sqlite3_vfs *, const char *, sqlite3_file *file, int flags, int *outFlags)
 {
-    static const sqlite3_io_methods table = methods();
     file->pMethods = nullptr;
     if ((flags & SQLITE_OPEN_MAIN_DB) == 0) return SQLITE_CANTOPEN;
-    (new (file) File{})->pMethods = &table;
+    (new (file) File{})->pMethods = &kMethods;
     if (outFlags) *outFlags = SQLITE_OPEN_READONLY;
     return SQLITE_OK;
 }
