@@ -26,13 +26,17 @@ if(QELFMT_PLATFORM STREQUAL "host")
 endif()
 add_library(qelfmt::qelfmt ALIAS qelfmt)
 if(NOT WIN32)
-    set_target_properties(${QELFMT_TARGETS} PROPERTIES INSTALL_RPATH "\$ORIGIN")
+    set_target_properties(${QELFMT_TARGETS} ${QELFMT_ON_DEMAND} PROPERTIES INSTALL_RPATH "\$ORIGIN")
 endif()
 
 install(TARGETS ${QELFMT_TARGETS} EXPORT qelfmt
         LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT library NAMELINK_COMPONENT dev
         RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT library
         ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT dev)
+if(QELFMT_ON_DEMAND) # nobody links them
+    install(TARGETS ${QELFMT_ON_DEMAND} LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+            COMPONENT library NAMELINK_SKIP)
+endif()
 
 # --- headers ------------------------------------------------------------------------------------------
 install(FILES api/trv_fmt.h DESTINATION "${QELFMT_HEADERS}" COMPONENT dev)

@@ -4,9 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include <dlfcn.h>
-#include <fontconfig/fontconfig.h>
-
+#include "display/on_demand.h"
 #include "display/render.h"
 
 namespace host::display {
@@ -20,10 +18,7 @@ constexpr const char *kDraftingFile = "osifont.ttf";
 // Beside the installed library: lib/../share/qelfmt/fonts, also lib/<triplet>/../../share.
 std::vector<fs::path> shareFolders()
 {
-    Dl_info info{};
-    if (dladdr(reinterpret_cast<void *>(&shareFolders), &info) == 0 || !info.dli_fname) return {};
-    std::error_code ignored;
-    const fs::path folder = fs::absolute(info.dli_fname, ignored).parent_path();
+    const fs::path folder = libraryFolder();
     return {folder.parent_path() / "share/qelfmt/fonts",
             folder.parent_path().parent_path() / "share/qelfmt/fonts"};
 }
@@ -61,47 +56,6 @@ fs::path draftingFile()
         tried);
 }
 
-// The best outline font of this machine that has the character: file and index in it.
-struct Found {
-    std::string file;
-    int index = 0;
-};
-
-Found systemFontWith(char32_t character)
-{
-    static const std::unique_ptr<FcConfig, decltype(&FcConfigDestroy)> config(
-        FcInitLoadConfigAndFonts(), FcConfigDestroy); // ours alone: nobody else's may be ended
-    FcPattern *pattern = FcPatternCreate();
-    FcCharSet *wanted = FcCharSetCreate();
-    FcCharSetAddChar(wanted, character);
-    FcPatternAddCharSet(pattern, FC_CHARSET, wanted);
-    FcPatternAddBool(pattern, FC_SCALABLE, FcTrue);
-    FcPatternAddBool(pattern, FC_OUTLINE, FcTrue);
-    FcPatternAddString(pattern, FC_FAMILY, reinterpret_cast<const FcChar8 *>("sans-serif"));
-    FcConfigSubstitute(config.get(), pattern, FcMatchPattern);
-    FcDefaultSubstitute(pattern);
-
-    Found found;
-    FcResult result = FcResultNoMatch;
-    FcFontSet *fonts = FcFontSort(config.get(), pattern, FcFalse, nullptr, &result);
-    for (int i = 0; fonts && i < fonts->nfont && found.file.empty(); ++i) {
-        FcCharSet *has = nullptr;
-        FcChar8 *file = nullptr;
-        FcBool outline = FcFalse;
-        FcPatternGetBool(fonts->fonts[i], FC_OUTLINE, 0, &outline);
-        if (outline && FcPatternGetCharSet(fonts->fonts[i], FC_CHARSET, 0, &has) == FcResultMatch &&
-            FcCharSetHasChar(has, character) &&
-            FcPatternGetString(fonts->fonts[i], FC_FILE, 0, &file) == FcResultMatch) {
-            found.file = reinterpret_cast<const char *>(file);
-            FcPatternGetInteger(fonts->fonts[i], FC_INDEX, 0, &found.index);
-        }
-    }
-    if (fonts) FcFontSetDestroy(fonts);
-    FcCharSetDestroy(wanted);
-    FcPatternDestroy(pattern);
-    return found;
-}
-
 } // namespace
 
 FontBook &FontBook::get()
@@ -124,7 +78,7 @@ const Face *FontBook::faceFor(char32_t character)
 // drawn before it.
 const Face *FontBook::searchSystem(char32_t character)
 {
-    const Found found = systemFontWith(character);
+    const FontFile found = systemFontWith(character);
     if (found.file.empty()) return nullptr;
     for (const auto &known : m_fallbacks)
         if (known->file() == found.file && known->index() == (found.index & 0xffff))

@@ -1,4 +1,4 @@
-// A sheet as pixels, drawn by Cairo in bands from the top.
+// A sheet as pixels, drawn by Cairo in bands from the top: the library libqelfmt-pixels.
 #include "display/render.h"
 
 #include <algorithm>
@@ -8,6 +8,7 @@
 
 #include <cairo.h>
 
+#include "display/on_demand.h"
 #include "display/painter.h"
 #include "display/png_file.h"
 
@@ -166,7 +167,8 @@ struct Band {
 
 } // namespace
 
-std::string pngOf(const DisplayList &list, const RenderOptions &options, RenderResult *result)
+extern "C" void qelfmt_pixels_png(const DisplayList &list, const RenderOptions &options,
+                                  RenderResult *result, std::string &bytes)
 {
     checkDpi(options.pngDpi);
     Shaper shaper;
@@ -197,7 +199,7 @@ std::string pngOf(const DisplayList &list, const RenderOptions &options, RenderR
             file.row(reinterpret_cast<const std::uint32_t *>(data + static_cast<std::ptrdiff_t>(y) *
                                                                         stride));
     }
-    return file.finish();
+    bytes = file.finish();
 }
 
 } // namespace host::display
