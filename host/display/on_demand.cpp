@@ -16,8 +16,7 @@ void *loadedEntry(const std::string &library, const char *entry, const std::stri
     if (!address)
         throw RenderError("The library " + library + ", which " + use +
                           ", cannot be loaded: " + ::dlerror() +
-                          "; install the package libqelfmt1 again, or the library beside "
-                          "libqelfmt-display.so.1.");
+                          "; install what is missing: the package libqelfmt1 brings all of it.");
     return address;
 }
 
