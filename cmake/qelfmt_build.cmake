@@ -6,7 +6,13 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_C_STANDARD 99)
 set(CMAKE_C_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-set(CMAKE_BUILD_RPATH_USE_ORIGIN ON) # a build tree that is moved still runs
+# Programs stand in bin/ beside lib/, built as installed, so that a build tree that is moved still runs. CMake's own search
+# paths of build trees end in an empty entry, which stands for the folder that a user is in: every library is looked for there.
+if(NOT WIN32)
+    set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
+    set(CMAKE_INSTALL_RPATH "\$ORIGIN/../lib")
+    set(CMAKE_INSTALL_RPATH_USE_LINK_PATH ON) # libraries in places of their own
+endif()
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")

@@ -99,7 +99,9 @@ install(DIRECTORY "${CMAKE_BINARY_DIR}/reference/man/man3" DESTINATION "${CMAKE_
 # --- the command and what it needs ------------------------------------------------------------------
 if(TARGET qelfmt_app)
     file(RELATIVE_PATH libraries "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
-    set_target_properties(qelfmt_app PROPERTIES INSTALL_RPATH "\$ORIGIN/${libraries}")
+    set(places "\$ORIGIN/../lib" "\$ORIGIN/${libraries}")
+    list(REMOVE_DUPLICATES places)
+    set_target_properties(qelfmt_app PROPERTIES INSTALL_RPATH "${places}")
     install(TARGETS qelfmt_app DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT tools)
 
     # The library looks for definitions in share/qelfmt beside it, in the build tree as when installed.
