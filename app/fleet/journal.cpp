@@ -45,7 +45,10 @@ Journal::Journal(const std::string &path, const std::string &command, Start star
                  const std::vector<std::string> &keys)
     : m_connection(prepared(path, start)), m_keeping(keeping)
 {
-    if (start == Start::resume) takeOver(command);
+    if (start == Start::resume)
+        takeOver(command);
+    else // an empty file has nothing to go back to
+        m_connection.run("PRAGMA journal_mode=OFF;");
     // What a killed process has committed stays; only a power failure could lose the last results.
     m_connection.run("PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;");
     m_connection.run("BEGIN;"
@@ -107,6 +110,12 @@ std::string Journal::noteOf(std::size_t item)
 Journal::~Journal()
 {
     if (m_inBatch) sqlite3_exec(m_connection.handle(), "COMMIT", nullptr, nullptr, nullptr);
+}
+
+void Journal::discard()
+{
+    // Closing would copy everything from the write-ahead log into the file first, and wait for the disk.
+    sqlite3_db_config(m_connection.handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
 }
 
 void Journal::openBatch()

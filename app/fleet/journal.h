@@ -48,6 +48,7 @@ public:
     enum class Ended { yes, no };
     void end(std::size_t item, ItemState state, const std::string &text, Ended ended = Ended::yes);
     void each(const std::function<void(const ItemRow &)> &take);
+    void discard(); // the file is removed next: it need not be made whole
     const std::string &path() const { return m_connection.path(); }
 
 private:

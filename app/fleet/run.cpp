@@ -103,8 +103,10 @@ void Run::makeJournal(const std::string &command, Journal::Keeping keeping)
 
 Run::~Run()
 {
+    const bool done = m_arguments.journal.empty() && !m_interrupted;
+    if (done && m_journal) m_journal->discard();
     m_journal.reset();
-    if (m_arguments.journal.empty() && !m_interrupted) removeJournal(m_path);
+    if (done) removeJournal(m_path);
 }
 
 std::string Run::journalPath() const { return m_arguments.journal.empty() ? "" : m_path; }
