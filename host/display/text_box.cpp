@@ -22,10 +22,11 @@ Place turned(Place point, double degrees)
     return {c * point.x - s * point.y, s * point.x + c * point.y};
 }
 
-double indent(int justification, double boxWidth, double width)
+// Lines at the left need no measuring.
+double indent(const std::string &line, double boxWidth, const Lettering &look)
 {
-    if (justification == 2) return (boxWidth - width) / 2.0;
-    return justification == 3 ? boxWidth - width : 0.0;
+    if (look.justification == 2) return (boxWidth - lineWidth(line, look)) / 2.0;
+    return look.justification == 3 ? boxWidth - lineWidth(line, look) : 0.0;
 }
 
 } // namespace
@@ -39,8 +40,7 @@ void appendText(const TextBox &box, std::vector<Item> &items)
     double baseline = corner.y + height - look.size;
     for (const std::string &line : box.lines) {
         if (!line.empty()) {
-            const Place start{corner.x + indent(look.justification, width, lineWidth(line, look)),
-                              baseline};
+            const Place start{corner.x + indent(line, width, look), baseline};
             const Place offset = turned(start, look.angle);
             items.push_back(TextItem{line,
                                      {box.origin.x + offset.x, box.origin.y + offset.y},
