@@ -174,7 +174,8 @@ TableRow TableRows::append() const
         throw Problem(place() +
                       ": is of an older generation: bring it up to date ('qelfmt update')");
     const auto index = m_table->indexOf(*entry);
-    return lookedUp(static_cast<int>(index.value_or(0)), std::move(entry));
+    if (!index) throw Problem(place() + ": the row that was appended is gone");
+    return lookedUp(static_cast<int>(*index), std::move(entry));
 }
 
 // Together, so that the rows that stay move once. From the end: the numbers keep their meaning.

@@ -87,7 +87,8 @@ public:
     bool moveEntry(std::size_t from, std::size_t to);
     void HidePreviousEntries(int count); // the first ones
     // Gives a field of the row its value. Where that makes the row higher or lower, its borders are
-    // drawn anew and the rows after it move; their values are not touched.
+    // drawn anew and the rows after it move; their values are not touched. The height of no other
+    // field of the row depends on the value.
     void setValue(TrEntryBase &entry, TrFieldBase &field, const std::vector<std::string> &lines);
 
     // After a value of the row has changed: symbols of the rows after it that leave the field empty

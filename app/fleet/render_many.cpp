@@ -55,12 +55,10 @@ Outputs outputsOf(const std::vector<Found> &found, const RenderManyArguments &ar
 // that cannot be need no claim, for the outputs are different.
 bool mayBeAnothers(const std::string &output, const Outputs &outputs)
 {
-    const fs::path path(output);
-    const std::string stem = path.stem().string(), ending = path.extension().string();
-    for (std::size_t at = 0; (at = stem.find('-', at)) != std::string::npos; ++at) {
-        const std::string other = (path.parent_path() / (stem.substr(0, at) + ending)).string();
-        if (outputs.owners.count(other)) return true;
-    }
+    const std::size_t name = output.rfind('/') + 1; // 0 without a folder
+    const std::string ending = fs::path(output).extension().string();
+    for (std::size_t at = name; (at = output.find('-', at)) != std::string::npos; ++at)
+        if (outputs.owners.count(output.substr(0, at) + ending)) return true;
     return false;
 }
 

@@ -14,7 +14,7 @@ namespace host {
 
 // A sorted array: new numbers come at the end as a rule, which costs nothing, and a part of a hundred
 // thousand objects is walked from front to back in memory. What is erased leaves an empty place; the
-// places are closed up when half of them are empty. Value{} is no value. Iterators hold until
+// places are closed up when a sixteenth of them are empty. Value{} is no value. Iterators hold until
 // something is added or erased.
 template <class Value> class ByNumber {
     using Place = std::pair<std::uint64_t, Value>;
@@ -127,7 +127,7 @@ public:
         while (!m_places.empty() && m_places.back().second == Value{}) m_places.pop_back();
         m_first = std::min(m_first, m_places.size());
         while (m_first < m_places.size() && m_places[m_first].second == Value{}) ++m_first;
-        if (2 * m_used < m_places.size()) closeUp();
+        if (m_places.size() - m_used > 64 + m_used / 16) closeUp();
     }
 
 private:

@@ -84,6 +84,11 @@ private:
     }
 };
 
+struct TooLong {
+    std::string_view table;
+    std::int64_t row;
+};
+
 // The rows of one table, in rising order of their keys.
 template <class Row> class TableWriter {
 public:
@@ -98,8 +103,7 @@ public:
         row.columns(recorder);
         const std::int64_t checksum = recorder.checksum.value();
         m_row.number(checksum);
-        if (m_row.size() > kMostBytes)
-            throw cannotWrite(std::string(Row::kTable), "a row has more than 900000000 bytes");
+        if (m_row.size() > kMostBytes) throw TooLong{Row::kTable, recorder.key};
         m_pages.add(recorder.key, m_row);
         m_tally.add(checksum);
         return checksum;
@@ -172,9 +176,7 @@ void storePageCount(std::string &file)
     for (int i = 0; i < 4; ++i) file[28 + i] = static_cast<char>(pages >> (24 - 8 * i));
 }
 
-} // namespace
-
-Image imageOf(const Part &part)
+Image imageOfRows(const Part &part)
 {
     Image image;
     image.bytes = EmptyTables::get().bytes;
@@ -190,6 +192,18 @@ Image imageOf(const Part &part)
     storePageCount(image.bytes);
     image.masters = std::move(masters.byId);
     return image;
+}
+
+} // namespace
+
+Image imageOf(const Part &part)
+{
+    try {
+        return imageOfRows(part);
+    } catch (const TooLong &text) {
+        throw cannotWrite(part.path, std::string(text.table) + " " + std::to_string(text.row) +
+                                         " has more than 900,000,000 bytes: shorten its texts");
+    }
 }
 
 } // namespace host::store

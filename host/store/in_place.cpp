@@ -63,7 +63,7 @@ public:
     Update(Part &part, const std::string &path)
         : m_part(part), m_file(path, part.stored.root),
           m_masters(mastersOf(part, part.stored.masters)), m_encoder(part, m_masters.ids),
-          m_row(m_file.row), m_lastStored(highestOrdinal()),
+          m_row(m_file.row),
           m_checksumOfObject(database(), "SELECT checksum FROM object WHERE ordinal=?"),
           m_putObject(database(), ObjectRow::kInsert),
           m_dropObject(database(), "DELETE FROM object WHERE ordinal=?"),
@@ -84,7 +84,7 @@ public:
         }
         for (auto made = m_part.objects.lower_bound(m_part.stored.firstNew);
              made != m_part.objects.end(); ++made)
-            update(*made->second);
+            insert(*made->second);
         updateAttributes(0, m_part.attributes);
         return updatePart();
     }
@@ -113,7 +113,7 @@ private:
     {
         std::int64_t checksum = 0;
         const auto key = static_cast<std::int64_t>(ordinal);
-        if (!ask(m_checksumOfObject, key, checksum)) return; // made and deleted between two saves
+        if (!ask(m_checksumOfObject, key, checksum)) return;
         m_dropObject.bind(key);
         m_dropObject.run();
         m_row.objects.subtract(checksum);
@@ -123,7 +123,6 @@ private:
     void update(const Object &object)
     {
         const ObjectRow row = m_encoder.row(object);
-        if (row.ordinal > m_lastStored) return insert(row, object.attributes);
         std::int64_t checksum = 0;
         const bool known = ask(m_checksumOfObject, row.ordinal, checksum);
         if (!known || checksum != checksumOf(row)) {
@@ -134,25 +133,19 @@ private:
     }
 
     // One that the file has never seen: there is nothing to look for.
-    void insert(const ObjectRow &row, const Attributes &attributes)
+    void insert(const Object &object)
     {
+        const ObjectRow row = m_encoder.row(object);
         m_row.objects.add(write(m_putObject, row));
-        for (std::size_t i = 0; i < attributes.size(); ++i)
+        for (std::size_t i = 0; i < object.attributes.size(); ++i)
             m_row.attributes.add(
-                write(m_putAttribute, attributeRow(row.ordinal, i, attributes[i])));
+                write(m_putAttribute, attributeRow(row.ordinal, i, object.attributes[i])));
     }
 
     static AttributeRow attributeRow(std::int64_t object, std::size_t position,
                                      const Attribute &attribute)
     {
         return {object, static_cast<std::int64_t>(position), attribute.title, attribute.value};
-    }
-
-    std::int64_t highestOrdinal()
-    {
-        Statement select(database(), "SELECT ifnull(max(ordinal),0) FROM object");
-        select.next();
-        return select.integer();
     }
 
     void updateAttributes(std::int64_t object, const Attributes &attributes)
@@ -217,7 +210,6 @@ private:
     StoredMasters m_masters;
     Encoder m_encoder;
     PartRow m_row; // for its tallies
-    std::int64_t m_lastStored;
     Statement m_checksumOfObject;
     Statement m_putObject;
     Statement m_dropObject;

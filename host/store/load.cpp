@@ -40,6 +40,9 @@ std::optional<LoadedPart> readSmallFile(const std::string &path)
         return readAll(databases->exchange(file->bytes()));
     } catch (const StoreError &) {
     } catch (const Malformed &) {
+    } catch (...) { // memory ran out, say
+        databases->forget();
+        throw;
     }
     databases->forget();
     return {};

@@ -17,7 +17,8 @@ constexpr off_t kLockBytes = 512;
 constexpr off_t kFirstReaderByte = kFirstLockByte + 2;
 constexpr off_t kReaderBytes = 510;
 
-// Of the open file, not of the process: what else the process has open of it keeps its locks.
+// Of the open file, not of the process. Closing the file nevertheless takes the locks that the process
+// holds of it itself, SQLite's among them.
 bool setLock(int file, short type, off_t first, off_t bytes)
 {
     struct flock lock {};

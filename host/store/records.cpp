@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory_resource>
+#include <sqlite3.h>
 
 namespace host::store {
 
@@ -238,8 +239,11 @@ public:
     const StoredRecords *read(const std::string &path)
     {
         m_decoder.clear();
-        m_sound = m_file.read(path) && host::store::isPart(m_file.bytes()) && attempt([&] {
-                      m_database = &m_databases.exchange(m_file.bytes());
+        m_large.reset();
+        m_sound = false;
+        m_sound = (m_file.read(path, kInOnePiece, host::store::isPart) || m_file.wasTooLarge()) &&
+                  attempt([&] {
+                      m_database = &databaseOf(path);
                       readObjects(*m_database, m_decoder);
                   });
         return m_sound ? &m_decoder.found() : nullptr;
@@ -252,6 +256,18 @@ public:
     }
 
 private:
+    static constexpr std::size_t kInOnePiece = 16 << 20;
+
+    // A large file is read page by page, within one transaction.
+    host::store::Database &databaseOf(const std::string &path)
+    {
+        if (!m_file.wasTooLarge()) return m_databases.exchange(m_file.bytes());
+        m_large = std::make_unique<host::store::Database>(path, SQLITE_OPEN_READONLY |
+                                                                    SQLITE_OPEN_NOMUTEX);
+        m_large->run("BEGIN");
+        return *m_large;
+    }
+
     template <class Body> bool attempt(const Body &body)
     {
         try {
@@ -259,12 +275,16 @@ private:
             return true;
         } catch (const host::store::StoreError &) {
         } catch (const host::store::Malformed &) {
+        } catch (...) { // memory ran out, say
+            m_databases.forget();
+            throw;
         }
         m_databases.forget();
         return false;
     }
 
     host::store::WholeFile m_file;
+    std::unique_ptr<host::store::Database> m_large;
     host::store::Decoder m_decoder;
     host::store::SuccessiveDatabase m_databases;
     host::store::Database *m_database = nullptr; // of what was read last, when that is sound

@@ -3,7 +3,9 @@
 #include "file_layer.h"
 #include "locks.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -56,22 +58,30 @@ void WholeFile::makeRoom(std::size_t size)
     constexpr std::size_t kKept = 4 << 20; // of a bigger file the memory goes with the next
     if (size <= m_room && (m_room <= kKept || size > kKept)) return;
     m_bytes.reset();
-    m_bytes.reset(new char[size]);
+    m_bytes.reset(new char[size + kSlack]);
     m_room = size;
 }
 
-bool WholeFile::read(const std::string &path, std::size_t most)
+bool WholeFile::read(const std::string &path, std::size_t most, Fits fits)
 {
     m_size = 0;
+    m_tooLarge = false;
     const OpenFile file(path);
     struct stat info;
     if (file.file() < 0 || !lockForReading(file.file()) || file.hasJournal() ||
         ::fstat(file.file(), &info) != 0 || !S_ISREG(info.st_mode))
         return false;
     const auto size = static_cast<std::size_t>(info.st_size);
-    if (size > most) return false;
+    if (fits) {
+        char head[100];
+        const std::size_t there = std::min(size, sizeof head);
+        if (!readAll(file.file(), head, there) || !fits({head, there})) return false;
+    }
+    m_tooLarge = size > most;
+    if (m_tooLarge) return false;
     makeRoom(size);
     if (!readAll(file.file(), m_bytes.get(), size)) return false;
+    std::memset(m_bytes.get() + size, 0, kSlack); // a larger file may have stood there
     m_size = size;
     return true;
 }

@@ -226,6 +226,7 @@ TEST_F(FleetSafety, TwoDrawingsDoNotEndInOnePicture)
                                  "picture of d/X-SHEET1.qdraw"))
         << drawn.err;
     EXPECT_TRUE(holds(read("out/X-SHEET1.svg"), "One sheet"));
+    EXPECT_EQ(qelfmt("render d -o other// --svg -j 1").status, 3);
     EXPECT_EQ(qelfmt("render d -o out --svg -j 1 --journal j --resume").status, 3);
     EXPECT_TRUE(holds(read("out/X-SHEET1.svg"), "One sheet"));
 }

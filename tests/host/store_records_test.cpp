@@ -2,6 +2,8 @@
 #include "store_processes.h"
 #include "store_support.h"
 
+#include "store/whole_file.h"
+
 #include "nxhost/control.h"
 #include "nxhost/records.h"
 
@@ -167,6 +169,43 @@ TEST_F(StoredRecordsOf, AnInterruptedSaveIsLeftToWhoOpensThePart)
     EXPECT_EQ(textOf(link), "unreadable"); // the journal lies beside the file, not beside the link
     Session::get().closePart(opened(a));
     EXPECT_EQ(textOf(link), "first");
+}
+
+TEST_F(StoredRecordsOf, ALargeFileIsReadPageByPageAndASmallOneAfterIt)
+{
+    // 17 MB of text: more than is read in one piece.
+    const std::string large = saved("large.qdraw", std::string(17 << 20, 'x'));
+    const std::string a = saved("a.qdraw", "first");
+    EXPECT_EQ(textOf(large).size(), std::size_t{17 << 20});
+    ASSERT_NE(reader.attributes(), nullptr);
+    EXPECT_EQ(reader.attributes()->front().value.size(), std::size_t{17 << 20});
+    EXPECT_EQ(textOf(a), "first");
+    const LockingProcess writer(large, "BEGIN EXCLUSIVE");
+    EXPECT_EQ(textOf(large), "unreadable");
+}
+
+TEST_F(StoredRecordsOf, AHugeFileThatIsNoPartIsNotReadAtAll)
+{
+    const std::string huge = folder.file("huge.qdraw");
+    putBytes(huge, "no part");
+    fs::resize_file(huge, std::uintmax_t{1} << 40); // a hole: it takes no room
+    EXPECT_EQ(textOf(huge), "unreadable");
+}
+
+TEST(WholeFile, ZerosStandBehindTheBytesAlsoWhereALargerFileStood)
+{
+    const Folder folder;
+    putBytes(folder.file("large"), std::string(3000, 'x'));
+    putBytes(folder.file("small"), std::string(1000, 'y'));
+    store::WholeFile file;
+    for (const auto &[name, size] : {std::pair{"large", 3000u}, {"small", 1000u}}) {
+        ASSERT_TRUE(file.read(folder.file(name), 4096));
+        ASSERT_EQ(file.bytes().size(), size);
+        const std::string behind(file.bytes().data() + size, store::WholeFile::kSlack);
+        EXPECT_EQ(behind, std::string(store::WholeFile::kSlack, '\0'));
+    }
+    EXPECT_FALSE(file.read(folder.file("large"), 2999));
+    EXPECT_TRUE(file.wasTooLarge());
 }
 
 TEST_F(StoredRecordsOf, APipeIsNotWaitedFor)
